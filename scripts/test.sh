@@ -1,0 +1,9 @@
+#!/usr/bin/env bash
+# Builds everything in the given preset (default: default) and runs every test.
+set -euo pipefail
+cd "$(dirname "$0")/.."
+preset="${1:-default}"
+scripts/install-deps.sh
+cmake --preset "$preset"
+cmake --build --preset "$preset" -j "$(nproc)"
+ctest --preset "$preset" -j "$(nproc)"
