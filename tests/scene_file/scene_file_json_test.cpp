@@ -1,0 +1,95 @@
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <random>
+
+#include "scene_file_json.h"
+
+using namespace tvr::host::scenefile;
+
+TEST(SceneFileJson, AnyByteStringSurvivesDumpAndParse) {
+    std::mt19937 rng(11);
+    std::uniform_int_distribution<int> byte(0, 255), len(0, 40);
+    std::vector<std::string> samples{"", "plain", "<xml a=\"1\">\n\t&amp;</xml>", std::string("a\0b", 3),
+                                     "\xC3\xA9t\xC3\xA9", "\xF0\x9F\x98\x80", "\xC3", "\xE9t\xE9", "\xED\xA0\x80",
+                                     "\xC0\xAF", "\xF4\x90\x80\x80"};
+    for (int i = 0; i < 500; ++i) {
+        std::string s(len(rng), '\0');
+        for (auto& c : s) c = static_cast<char>(byte(rng));
+        samples.push_back(s);
+    }
+    for (const auto& s : samples) {
+        const Json encoded = encodeBytes(s);
+        const Json reparsed = Json::parse(encoded.dump());  // dump throws on invalid UTF-8
+        Reader r;
+        EXPECT_EQ(r.bytes(reparsed), s);
+    }
+    // Valid UTF-8 stays readable text; invalid sequences (lone lead byte,
+    // Latin-1, surrogate, overlong, past U+10FFFF) are wrapped.
+    EXPECT_TRUE(encodeBytes("\xC3\xA9t\xC3\xA9").is_string());
+    EXPECT_TRUE(encodeBytes("\xF0\x9F\x98\x80").is_string());
+    for (const char* bad : {"\xC3", "\xE9t\xE9", "\xED\xA0\x80", "\xC0\xAF", "\xF4\x90\x80\x80", "\xE2\x82"})
+        EXPECT_TRUE(encodeBytes(bad).is_object()) << bad;
+}
+
+TEST(SceneFileJson, Base64RejectsMalformedText) {
+    std::string out = "kept";
+    for (const char* bad : {"abc", "ab=c", "a===", "ab!d", "=AAA", "AA==AAAA"}) {
+        EXPECT_FALSE(base64Decode(bad, &out)) << bad;
+        EXPECT_EQ(out, "kept");
+    }
+    ASSERT_TRUE(base64Decode("", &out));
+    EXPECT_EQ(out, "");
+    EXPECT_EQ(base64Encode("\xff\xfe"), "//4=");
+    ASSERT_TRUE(base64Decode("//4=", &out));
+    EXPECT_EQ(out, "\xff\xfe");
+}
+
+TEST(SceneFileJson, NumbersKeepTheirBits) {
+    Reader r;
+    for (double d : {0.0, -0.0, 1.0 / 3.0, 1e-310, 1.7976931348623157e308, -2.5}) {
+        const double back = r.number(Json::parse(encodeNumber(d).dump()));
+        EXPECT_EQ(back, d);
+        EXPECT_EQ(std::signbit(back), std::signbit(d));
+    }
+    for (float f : {0.1f, 1e-40f, 3.4028235e38f, -7.25f})
+        EXPECT_EQ(r.real(Json::parse(encodeNumber(f).dump())), f);
+    EXPECT_TRUE(std::isnan(r.number(Json::parse(encodeNumber(std::nan("")).dump()))));
+    EXPECT_EQ(r.number(Json::parse(encodeNumber(-INFINITY).dump())), -INFINITY);
+    EXPECT_THROW(r.real(Json(1e39)), FormatError);
+    EXPECT_THROW(r.number(Json("infinity")), FormatError);
+    EXPECT_THROW(r.int32(Json(2147483648LL)), FormatError);
+    EXPECT_THROW(r.int32(Json(1.5)), FormatError);
+    EXPECT_THROW(r.int64(Json(18446744073709551615ULL)), FormatError);
+    EXPECT_EQ(r.int32(Json(-2147483648LL)), INT32_MIN);
+}
+
+TEST(SceneFileJson, ErrorsNameThePlace) {
+    const Json doc = Json::parse(R"({"objects": [{"name": "a"}, {"name": 5, "tags": [{"type": "x"}]}]})");
+    Reader r;
+    const auto message = [&](auto&& f) -> std::string {
+        try {
+            f();
+        } catch (const FormatError& e) {
+            return e.what();
+        }
+        return "no error";
+    };
+    EXPECT_EQ(message([&] {
+                  const Json& objs = r.member(doc, "objects");
+                  Reader::Scope s(r, "objects");
+                  for (std::size_t i = 0; i < objs.size(); ++i) {
+                      Reader::Scope e(r, i);
+                      r.bytes(objs[i], "name");
+                  }
+              }),
+              "objects[1].name: expected a string or {\"bytes\": ...}, found a number");
+    EXPECT_EQ(r.path(), "");  // scopes unwound with the exception
+    EXPECT_EQ(message([&] { r.member(doc, "settings"); }), "top level: missing member \"settings\"");
+    EXPECT_EQ(message([&] {
+                  Reader::Scope s(r, "objects");
+                  r.array(doc["objects"], 3);
+              }),
+              "objects: expected 3 elements, found 2");
+    EXPECT_EQ(message([&] { r.bytes(Json::parse(R"({"bytes": "@@@@"})")); }), "bytes: not valid base64");
+}
