@@ -1,0 +1,48 @@
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <vector>
+
+#include "core_api/adaptor_interface.h"
+#include "core_api/core_interface.h"
+#include "stats.h"
+#include "util/return_value.h"
+#include "util/xml/element.h"
+
+namespace tvr::plr::core::sample {
+
+// Counters shared by every core object of the library.
+PlrSampleCoreStats& stats();
+
+// The core object that attach hands the adaptor.
+class SampleCore final : public CoreInterface {
+public:
+    // The slice count at which runLoopStep reports: once a second at 40 ms.
+    static constexpr std::int64_t kReportEvery = 25;
+    static constexpr int kExpectedInterfaceVersion = 9201;
+
+    explicit SampleCore(AdaptorInterface* adaptor);
+
+    // Writes a "samplecore" element with the slice count and whatever state
+    // was handed over last.
+    void saveState(util::xml::Element& state) override;
+    void loadState(const util::xml::Element& state) override;
+    // Reads the host's identity from the adaptor and reports the window.
+    void showMain(int mode) override;
+    void runLoopStep() override;
+
+    std::int64_t timeSlices() const { return timeSlices_; }
+    const std::vector<std::string>& hostIdentifiers() const { return hostIdentifiers_; }
+    const util::xml::Element& keptState() const { return kept_; }
+
+private:
+    AdaptorInterface* adaptor_;
+    std::vector<std::string> hostIdentifiers_;
+    // The adaptor writes the identifiers into hostIdentifiers_ through this.
+    util::ReturnValue<std::vector<std::string>> identifierSink_{&hostIdentifiers_};
+    std::int64_t timeSlices_ = 0;
+    util::xml::Element kept_;
+};
+
+}  // namespace tvr::plr::core::sample
