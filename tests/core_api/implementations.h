@@ -26,51 +26,76 @@ using core::MasterList;
 using core::NodeList;
 using core::StringList;
 
+// Answers the host identity as the adaptor does in the host and records the
+// name of every operation called, in order.
 class TestAdaptor final : public core::AdaptorInterface {
 public:
-    int getInterfaceVersion() override { return 9201; }
-    const std::string& getDisplayName() override { return text; }
-    const std::string& getAdaptorId() override { return text; }
-    const std::string& getHostName() override { return text; }
-    const std::string& getHostVersion() override { return text; }
-    void getHostIdentifiers(util::ReturnValue<StringList>*) override {}
-    int reservedQuery6() override { return 0; }
-    CoreNode* createCamera(CMaster*, const std::string&, CoreNode*, CNodePeer*) override { return nullptr; }
-    CoreNode* createMeshNode(CMaster*, const std::string&, CoreNode*, const util::CMesh&, CNodePeer*) override {
+    int getInterfaceVersion() override { note("getInterfaceVersion"); return version; }
+    const std::string& getDisplayName() override { note("getDisplayName"); return displayName; }
+    const std::string& getAdaptorId() override { note("getAdaptorId"); return adaptorId; }
+    const std::string& getHostName() override { note("getHostName"); return hostName; }
+    const std::string& getHostVersion() override { note("getHostVersion"); return hostVersion; }
+    void getHostIdentifiers(util::ReturnValue<StringList>* sink) override {
+        note("getHostIdentifiers");
+        identifierTarget = sink ? sink->get() : nullptr;
+        if (sink) sink->set({hostName + "_" + hostVersion, hostName, ""});
+    }
+    int reservedQuery6() override { note("reservedQuery6"); return 0; }
+    CoreNode* createCamera(CMaster*, const std::string&, CoreNode*, CNodePeer*) override {
+        note("createCamera");
         return nullptr;
     }
-    CoreNode* createMesh(CMaster*, const std::string&, const util::CMesh&) override { return nullptr; }
-    CoreNode* findNode(CMaster*, const std::string&) override { return nullptr; }
-    void storeMasterState(CMaster*) override {}
-    bool loadState() override { return false; }
-    void getNodes(util::ReturnValue<NodeList>*) override {}
-    void getMasterNodes(CMaster*, util::ReturnValue<NodeList>*) override {}
-    void acquireNodes(const std::string&, const util::xml::Element&, util::ReturnValue<NodeList>*) override {}
-    void mergeFromFile(const std::string&, CMaster*) override {}
-    int beginUndo(const std::string&) override { return 0; }
-    int addUndo(CUndo*) override { return 1; }
-    int acceptUndo() override { return 1; }
-    int cancelUndo() override { return 1; }
-    bool isAcceptingUndo() override { return false; }
-    bool undo() override { return false; }
-    double getTime() override { return 0.0; }
-    void setTime(double) override {}
-    void reservedNotify25(int) override {}
-    std::pair<double, double> getTimeRange() override { return {0.0, 0.0}; }
-    void setTimeRange(const double*) override {}
-    double getFrameRate() override { return 0.0; }
-    double getFrameDuration() override { return 0.0; }
-    void refreshScene() override {}
-    void reservedNotify31() override {}
-    void reservedNotify32() override {}
-    int prepareDirectRecording(util::ReturnValue<MasterList>*) override { return 1; }
-    int prepareCacheRecording(void*) override { return 1; }
-    int stopRecording() override { return 0; }
-    int reservedQuery36() override { return 0; }
-    int getAdaptorData(util::ReturnValue<util::xml::Element>*) override { return 0; }
-    void reservedNotify38(int) override {}
+    CoreNode* createMeshNode(CMaster*, const std::string&, CoreNode*, const util::CMesh&, CNodePeer*) override {
+        note("createMeshNode");
+        return nullptr;
+    }
+    CoreNode* createMesh(CMaster*, const std::string&, const util::CMesh&) override {
+        note("createMesh");
+        return nullptr;
+    }
+    CoreNode* findNode(CMaster*, const std::string&) override { note("findNode"); return nullptr; }
+    void storeMasterState(CMaster*) override { note("storeMasterState"); }
+    bool loadState() override { note("loadState"); return false; }
+    void getNodes(util::ReturnValue<NodeList>*) override { note("getNodes"); }
+    void getMasterNodes(CMaster*, util::ReturnValue<NodeList>*) override { note("getMasterNodes"); }
+    void acquireNodes(const std::string&, const util::xml::Element&, util::ReturnValue<NodeList>*) override {
+        note("acquireNodes");
+    }
+    void mergeFromFile(const std::string&, CMaster*) override { note("mergeFromFile"); }
+    int beginUndo(const std::string&) override { note("beginUndo"); return 0; }
+    int addUndo(CUndo*) override { note("addUndo"); return 1; }
+    int acceptUndo() override { note("acceptUndo"); return 1; }
+    int cancelUndo() override { note("cancelUndo"); return 1; }
+    bool isAcceptingUndo() override { note("isAcceptingUndo"); return false; }
+    bool undo() override { note("undo"); return false; }
+    double getTime() override { note("getTime"); return 0.0; }
+    void setTime(double) override { note("setTime"); }
+    void reservedNotify25(int) override { note("reservedNotify25"); }
+    std::pair<double, double> getTimeRange() override { note("getTimeRange"); return {0.0, 0.0}; }
+    void setTimeRange(const double*) override { note("setTimeRange"); }
+    double getFrameRate() override { note("getFrameRate"); return 0.0; }
+    double getFrameDuration() override { note("getFrameDuration"); return 0.0; }
+    void refreshScene() override { note("refreshScene"); }
+    void reservedNotify31() override { note("reservedNotify31"); }
+    void reservedNotify32() override { note("reservedNotify32"); }
+    int prepareDirectRecording(util::ReturnValue<MasterList>*) override { note("prepareDirectRecording"); return 1; }
+    int prepareCacheRecording(void*) override { note("prepareCacheRecording"); return 1; }
+    int stopRecording() override { note("stopRecording"); return 0; }
+    int reservedQuery36() override { note("reservedQuery36"); return 0; }
+    int getAdaptorData(util::ReturnValue<util::xml::Element>*) override { note("getAdaptorData"); return 0; }
+    void reservedNotify38(int) override { note("reservedNotify38"); }
 
-    std::string text;
+    int version = 9201;
+    std::string displayName = "Cinema 4D R10 Adaptor";
+    std::string adaptorId = "adaptor_c4dr11";
+    std::string hostName = "CINEMA4D";
+    std::string hostVersion = "R 11008";
+    std::vector<std::string> calls;
+    // Where the last identifier sink pointed.
+    const StringList* identifierTarget = nullptr;
+
+private:
+    void note(const char* operation) { calls.push_back(operation); }
 };
 
 // A node whose supported extensions are set by the test; counts destruction.

@@ -1,5 +1,5 @@
 // Loads core.dll at run time, as the module does, and drives it through a
-// recording adaptor.
+// recording adaptor (TestAdaptor, shared with the interface tests).
 
 #include <gtest/gtest.h>
 
@@ -14,96 +14,13 @@
 #include <dlfcn.h>
 #endif
 
-#include "core_api/adaptor_interface.h"
-#include "core_api/core_interface.h"
+#include "implementations.h"
 #include "stats.h"
 
 namespace tvr::plr::test {
 namespace {
 
-using core::AdaptorInterface;
-using core::CMaster;
-using core::CNodePeer;
 using core::CoreInterface;
-using core::CoreNode;
-
-// Answers the host identity as the adaptor does in the host, and records
-// every operation the core calls.
-class RecordingAdaptor final : public AdaptorInterface {
-public:
-    int getInterfaceVersion() override { return note("getInterfaceVersion", version); }
-    const std::string& getDisplayName() override { return note("getDisplayName", displayName); }
-    const std::string& getAdaptorId() override { return note("getAdaptorId", adaptorId); }
-    const std::string& getHostName() override { return note("getHostName", hostName); }
-    const std::string& getHostVersion() override { return note("getHostVersion", hostVersion); }
-    void getHostIdentifiers(util::ReturnValue<core::StringList>* sink) override {
-        calls.push_back("getHostIdentifiers");
-        sinkTarget = sink ? sink->get() : nullptr;
-        if (sink) sink->set({hostName + "_" + hostVersion, hostName, ""});
-    }
-    int reservedQuery6() override { return note("reservedQuery6", 0); }
-    CoreNode* createCamera(CMaster*, const std::string&, CoreNode*, CNodePeer*) override {
-        return note<CoreNode*>("createCamera", nullptr);
-    }
-    CoreNode* createMeshNode(CMaster*, const std::string&, CoreNode*, const util::CMesh&, CNodePeer*) override {
-        return note<CoreNode*>("createMeshNode", nullptr);
-    }
-    CoreNode* createMesh(CMaster*, const std::string&, const util::CMesh&) override {
-        return note<CoreNode*>("createMesh", nullptr);
-    }
-    CoreNode* findNode(CMaster*, const std::string&) override { return note<CoreNode*>("findNode", nullptr); }
-    void storeMasterState(CMaster*) override { calls.push_back("storeMasterState"); }
-    bool loadState() override { return note("loadState", false); }
-    void getNodes(util::ReturnValue<core::NodeList>*) override { calls.push_back("getNodes"); }
-    void getMasterNodes(CMaster*, util::ReturnValue<core::NodeList>*) override { calls.push_back("getMasterNodes"); }
-    void acquireNodes(const std::string&, const util::xml::Element&, util::ReturnValue<core::NodeList>*) override {
-        calls.push_back("acquireNodes");
-    }
-    void mergeFromFile(const std::string&, CMaster*) override { calls.push_back("mergeFromFile"); }
-    int beginUndo(const std::string&) override { return note("beginUndo", 0); }
-    int addUndo(CUndo*) override { return note("addUndo", 1); }
-    int acceptUndo() override { return note("acceptUndo", 0); }
-    int cancelUndo() override { return note("cancelUndo", 0); }
-    bool isAcceptingUndo() override { return note("isAcceptingUndo", false); }
-    bool undo() override { return note("undo", false); }
-    double getTime() override { return note("getTime", 0.0); }
-    void setTime(double) override { calls.push_back("setTime"); }
-    void reservedNotify25(int) override { calls.push_back("reservedNotify25"); }
-    std::pair<double, double> getTimeRange() override { return note("getTimeRange", std::make_pair(0.0, 3.0)); }
-    void setTimeRange(const double*) override { calls.push_back("setTimeRange"); }
-    double getFrameRate() override { return note("getFrameRate", 30.0); }
-    double getFrameDuration() override { return note("getFrameDuration", 1.0 / 30.0); }
-    void refreshScene() override { calls.push_back("refreshScene"); }
-    void reservedNotify31() override { calls.push_back("reservedNotify31"); }
-    void reservedNotify32() override { calls.push_back("reservedNotify32"); }
-    int prepareDirectRecording(util::ReturnValue<core::MasterList>*) override {
-        return note("prepareDirectRecording", 1);
-    }
-    int prepareCacheRecording(void*) override { return note("prepareCacheRecording", 1); }
-    int stopRecording() override { return note("stopRecording", 0); }
-    int reservedQuery36() override { return note("reservedQuery36", 0); }
-    int getAdaptorData(util::ReturnValue<util::xml::Element>*) override { return note("getAdaptorData", 0); }
-    void reservedNotify38(int) override { calls.push_back("reservedNotify38"); }
-
-    int version = 9201;
-    std::string displayName = "Cinema 4D R10 Adaptor";
-    std::string adaptorId = "adaptor_c4dr11";
-    std::string hostName = "CINEMA4D";
-    std::string hostVersion = "R 11008";
-    std::vector<std::string> calls;
-    const core::StringList* sinkTarget = nullptr;
-
-private:
-    template <class T>
-    T note(const char* name, T value) {
-        calls.push_back(name);
-        return value;
-    }
-    const std::string& note(const char* name, const std::string& value) {
-        calls.push_back(name);
-        return value;
-    }
-};
 
 class Library {
 public:
@@ -171,7 +88,7 @@ protected:
 Library* SampleCoreTest::library = nullptr;
 
 TEST_F(SampleCoreTest, AttachShowsTheHostIdentityAndDetachFreesTheCore) {
-    RecordingAdaptor adaptor;
+    TestAdaptor adaptor;
     const PlrSampleCoreStats before = *stats;
 
     EXPECT_EQ(attach(nullptr), nullptr);
@@ -188,7 +105,7 @@ TEST_F(SampleCoreTest, AttachShowsTheHostIdentityAndDetachFreesTheCore) {
     EXPECT_EQ(asked, (std::set<std::string>{"getInterfaceVersion", "getDisplayName", "getHostName",
                                             "getHostVersion", "getHostIdentifiers"}));
     // The identifiers came back through a sink whose storage the core owns.
-    EXPECT_NE(adaptor.sinkTarget, nullptr);
+    EXPECT_NE(adaptor.identifierTarget, nullptr);
     EXPECT_EQ(stats->hostIdentifiers, 3);
     EXPECT_EQ(stats->mainWindowsOpened, before.mainWindowsOpened + 1);
 
@@ -198,7 +115,7 @@ TEST_F(SampleCoreTest, AttachShowsTheHostIdentityAndDetachFreesTheCore) {
 }
 
 TEST_F(SampleCoreTest, AnUnexpectedInterfaceVersionIsReportedFirst) {
-    RecordingAdaptor adaptor;
+    TestAdaptor adaptor;
     adaptor.version = 9100;
     CoreInterface* core = attach(&adaptor);
     ASSERT_NE(core, nullptr);
@@ -211,7 +128,7 @@ TEST_F(SampleCoreTest, AnUnexpectedInterfaceVersionIsReportedFirst) {
 }
 
 TEST_F(SampleCoreTest, RunLoopReportsOnceEveryTwentyFiveSlices) {
-    RecordingAdaptor adaptor;
+    TestAdaptor adaptor;
     CoreInterface* core = attach(&adaptor);
     ASSERT_NE(core, nullptr);
     const std::int64_t before = stats->timeSlices;
@@ -236,7 +153,7 @@ TEST_F(SampleCoreTest, RunLoopReportsOnceEveryTwentyFiveSlices) {
 }
 
 TEST_F(SampleCoreTest, StateSurvivesSaveAndLoadWithoutGrowing) {
-    RecordingAdaptor adaptor;
+    TestAdaptor adaptor;
     CoreInterface* core = attach(&adaptor);
     ASSERT_NE(core, nullptr);
     const PlrSampleCoreStats before = *stats;
