@@ -1,0 +1,164 @@
+#include <gtest/gtest.h>
+
+#include <cstdio>
+#include <fstream>
+#include <sstream>
+
+#include "util/xml/element.h"
+
+using namespace tvr::util::xml;
+
+TEST(XmlElement, CopiesAreDeepAndSafe) {
+    Tag root("root");
+    root.setAttribute("id", "7");
+    Element* a = root.addChild(Tag("a"));
+    a->addChild(Text("hello"));
+    root.addChild(TagWithData("b", "world"));
+
+    Element copy(root);
+    EXPECT_EQ(copy, root);
+    copy.child("a")->setName("changed");
+    EXPECT_EQ(root.childAt(0)->name(), "a");
+    EXPECT_NE(copy, root);
+
+    // Assigning from one's own descendant must not read freed memory.
+    Element self(root);
+    self = *self.child("a");
+    EXPECT_EQ(self.name(), "a");
+    EXPECT_EQ(self.text(), "hello");
+    self = self;
+    EXPECT_EQ(self.text(), "hello");
+
+    // Data keeps the kind of its source; an added child is a copy.
+    EXPECT_EQ(Data(Text("t")).kind(), kText);
+    EXPECT_EQ(Data(root), root);
+    EXPECT_NE(root.addChild(*a), a);
+}
+
+TEST(XmlElement, AddChildAndAccessors) {
+    Tag root("r");
+    EXPECT_EQ(root.addChild(Element()), &root);
+    EXPECT_EQ(root.childCount(), 0u);
+    EXPECT_TRUE(Element().isEmpty());
+    EXPECT_FALSE(Text("").isEmpty());
+
+    root.addChild(TagWithData("name", "master"));
+    Element* index = root.addChild(Tag("childindex"));
+    index->addChild(Text("3"));
+    EXPECT_EQ(root.childText("name"), "master");
+    EXPECT_EQ(root.childText("childindex"), "3");
+    EXPECT_EQ(root.childText("missing"), "");
+    EXPECT_EQ(root.child("missing"), nullptr);
+    EXPECT_EQ(root.attribute("none"), "");
+    EXPECT_FALSE(root.hasAttribute("none"));
+
+    EXPECT_TRUE(root.removeChild(index));
+    EXPECT_FALSE(root.removeChild(index));
+    EXPECT_EQ(root.childCount(), 1u);
+    auto taken = root.takeChildAt(0);
+    ASSERT_TRUE(taken);
+    EXPECT_EQ(taken->name(), "name");
+    EXPECT_EQ(root.takeChildAt(0), nullptr);
+}
+
+TEST(XmlElement, DeepTreesBuiltInCode) {
+    // Far deeper than any call stack would take if copy, compare, write or
+    // destruction recursed.
+    const int depth = 200000;
+    Element root = Tag("d");
+    Element* tip = &root;
+    for (int i = 0; i < depth; ++i) tip = tip->appendChild(Tag("d"));
+    tip->addChild(Text("end"));
+    Element copy(root);
+    EXPECT_EQ(copy, root);
+    const std::string text = root.toString("", "", "");
+    EXPECT_EQ(text.size(), (depth + 1) * std::string("<d></d>").size() + 3);
+    EXPECT_EQ(text.find("end"), 3u * (depth + 1));
+    EXPECT_EQ(text.substr(text.find("end") - 6, 13), "<d><d>end</d>");
+}
+
+TEST(XmlEscape, EveryByte) {
+    for (int b = 0; b < 256; ++b) {
+        const std::string in(1, static_cast<char>(b));
+        const std::string out = escape(in);
+        if (b == '&')
+            EXPECT_EQ(out, "&#38;");
+        else if (b == '<')
+            EXPECT_EQ(out, "&#60;");
+        else if (b >= 32 && b < 127)
+            EXPECT_EQ(out, in) << b;
+        else
+            EXPECT_EQ(out, "&#" + std::to_string(b) + ";");
+        EXPECT_EQ(unescape(out), in) << b;
+    }
+    EXPECT_EQ(escape("a\tb & c"), "a&#9;b &#38; c");
+    EXPECT_EQ(escape("\xE9>\"'"), "&#233;>\"'");
+}
+
+TEST(XmlEscape, UnescapeQuirks) {
+    EXPECT_EQ(unescape("&#x41;&#65;"), "AA");
+    EXPECT_EQ(unescape("&#65 x"), "Ax");       // the byte after the digits is skipped unseen
+    EXPECT_EQ(unescape("&#65b;"), "A");        // decimal reads the hex run's leading digits
+    EXPECT_EQ(unescape("&#x4a;"), "J");
+    EXPECT_EQ(unescape("&#321;"), "A");        // low byte of a larger number
+    EXPECT_EQ(unescape("&#;x"), std::string("\0x", 2));
+    EXPECT_EQ(unescape("&amp;&lt;&"), "&amp;&lt;&");
+    EXPECT_EQ(unescape("&x#1"), "&x#1");
+
+    // References cut off by the end of the input: exact-size heap buffers so
+    // that a read past the end is caught by the address sanitizer.
+    const char* cut[] = {"&", "&#", "&#x", "&#6", "&#x4"};
+    const std::string expected[] = {"&", std::string(1, '\0'), std::string(1, '\0'), "\x06", "\x04"};
+    for (int k = 0; k < 5; ++k) {
+        std::vector<char> buffer(cut[k], cut[k] + std::char_traits<char>::length(cut[k]));
+        std::string out;
+        appendUnescaped(out, buffer.data(), buffer.size());
+        EXPECT_EQ(out, expected[k]) << cut[k];
+    }
+}
+
+TEST(XmlWriter, Layout) {
+    Tag n("n");
+    EXPECT_EQ(n.toString("\n", "\t", ""), "<n/>");
+    n.setAttribute("b", "2");
+    n.setAttribute("a", "1");
+    EXPECT_EQ(n.toString("\n", "\t", ""), "<n a=\"1\" b=\"2\"/>");
+
+    Tag q("q");
+    q.setAttribute("both", "a\"b'c");
+    q.setAttribute("dq", "x\"y");
+    q.setAttribute("sq", "it's <&>");
+    EXPECT_EQ(q.toString("", "", ""),
+              "<q both=\"a&#34;b'c\" dq='x\"y' sq=\"it's &#60;&#38;>\"/>");
+
+    EXPECT_EQ(TagWithData("n", "a\tb & c").toString("\n", "\t", "  "), "  <n>a&#9;b &#38; c</n>");
+
+    Tag doc("doc");
+    Element* words = doc.addChild(Tag("w"));
+    words->addChild(Text("one"));
+    words->addChild(Text("two"));
+    words->addChild(Tag("x"));  // in a text-only element nothing is added around tags
+    doc.addChild(Tag("e"))->addChild(Tag("f"));
+    doc.addChild(Element(kComment, "note"));
+    doc.addChild(Element(3, "ignored"));
+    EXPECT_EQ(doc.toString("\n", "\t", ">"),
+              "><doc>\n"
+              ">\t<w>one two>\t\t<x/></w>\n"
+              ">\t<e>\n>\t\t<f/>\n>\t</e>\n"
+              ">\t<!-- note-- >\n"
+              "\n"
+              "></doc>");
+}
+
+TEST(XmlWriter, WriteFile) {
+    Tag root("r");
+    root.addChild(TagWithData("a", "1"));
+    const std::string path = ::testing::TempDir() + "xml_write_file_test.xml";
+    ASSERT_TRUE(root.writeFile(path));
+    std::ifstream in(path, std::ios::binary);
+    std::stringstream content;
+    content << in.rdbuf();
+    EXPECT_EQ(content.str(), "<?xml version=\"1.0\"?>\n<r>\n\t<a>1</a>\n</r>");
+    std::remove(path.c_str());
+    EXPECT_FALSE(root.writeFile(::testing::TempDir() + "no/such/dir/x.xml"));
+}

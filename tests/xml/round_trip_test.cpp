@@ -1,0 +1,102 @@
+// Random trees written and read back. Only shapes the text form preserves are
+// drawn: no comments (their text grows on each pass), no two texts side by
+// side (they merge), no text of spaces alone (dropped), no "&#" in a text (it
+// is unescaped twice), no '>' in attribute values (it ends the tag), and in
+// indented output only texts that are an element's single child.
+#include <gtest/gtest.h>
+
+#include <random>
+
+#include "util/xml/reader.h"
+
+using namespace tvr::util::xml;
+
+namespace {
+
+class TreeMaker {
+public:
+    TreeMaker(unsigned seed, bool indented) : rng_(seed), indented_(indented) {}
+
+    Element tree(int depth) {
+        Tag tag(word("abcdefghijklmnopqrstuvwxyzABCDEFGHIJKLMNOPQRSTUVWXYZ0123456789_.:-", 1, 8));
+        for (int n = pick(0, 3); n > 0; --n)
+            tag.setAttribute(word("abcdefghijklmnopqrstuvwxyz_", 1, 6), bytes(0, 10, '>'));
+        if (indented_ && pick(0, 3) == 0) {
+            tag.addChild(Text(text()));
+            return tag;
+        }
+        bool lastWasText = false;
+        for (int n = depth > 0 ? pick(0, 4) : 0; n > 0; --n) {
+            if (!indented_ && !lastWasText && pick(0, 2) == 0) {
+                tag.addChild(Text(text()));
+                lastWasText = true;
+            } else {
+                tag.appendChild(tree(depth - 1));
+                lastWasText = false;
+            }
+        }
+        return tag;
+    }
+
+private:
+    int pick(int lo, int hi) { return std::uniform_int_distribution<int>(lo, hi)(rng_); }
+
+    std::string word(const std::string& alphabet, int lo, int hi) {
+        std::string out;
+        for (int n = pick(lo, hi); n > 0; --n)
+            out += alphabet[static_cast<std::size_t>(pick(0, static_cast<int>(alphabet.size()) - 1))];
+        return out;
+    }
+
+    std::string bytes(int lo, int hi, int excluded) {
+        std::string out;
+        for (int n = pick(lo, hi); n > 0; --n) {
+            // Mostly printable, with some controls, high bytes and zeros.
+            int b = pick(0, 9) < 7 ? pick(32, 126) : pick(0, 255);
+            if (b == excluded) b = 'x';
+            out += static_cast<char>(b);
+        }
+        return out;
+    }
+
+    std::string text() {
+        std::string out = bytes(1, 12, -1);
+        for (std::size_t p = out.find("&#"); p != std::string::npos; p = out.find("&#"))
+            out[p + 1] = '!';
+        if (out.find_first_not_of(' ') == std::string::npos) out += 'z';
+        return out;
+    }
+
+    std::mt19937 rng_;
+    bool indented_;
+};
+
+}  // namespace
+
+TEST(XmlRoundTrip, CompactAndIndented) {
+    for (unsigned seed = 1; seed <= 300; ++seed) {
+        const bool indented = seed % 2 == 0;
+        const Element tree = TreeMaker(seed, indented).tree(4);
+        const std::string text =
+            indented ? tree.toString("\n", "\t", seed % 4 ? "  " : "") : tree.toString("", "", "");
+        Element back;
+        ASSERT_EQ(parse(text, back), kReadOk) << "seed " << seed << "\n" << text;
+        ASSERT_EQ(back, tree) << "seed " << seed << "\n" << text << "\n" << back.toString("\n", " ", "");
+    }
+}
+
+TEST(XmlRoundTrip, ShapesThatDoNotSurvive) {
+    Tag merged("m");
+    merged.addChild(Text("a"));
+    merged.addChild(Text("b"));
+    EXPECT_EQ(parse(merged.toString("", "", "")).childCount(), 1u);
+    EXPECT_EQ(parse(merged.toString("", "", "")).text(), "a b");
+
+    EXPECT_EQ(parse(TagWithData("s", "   ").toString("", "", "")).childCount(), 0u);
+    EXPECT_EQ(parse(TagWithData("s", "&#65;").toString("", "", "")).text(), "A");
+
+    Tag withComment("c");
+    withComment.addChild(Element(kComment, "note"));
+    const Element once = parse(withComment.toString("", "", ""));
+    EXPECT_EQ(once.childAt(0)->name(), "-- note-- ");
+}
