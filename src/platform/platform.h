@@ -84,5 +84,9 @@ public:
 PLR_PLATFORM_EXPORT Platform& platform();
 // Installs a platform (tests, hostsim); null restores the system's own. Not owned.
 PLR_PLATFORM_EXPORT void setPlatform(Platform* p);
+// The system's own: Win32 on Windows, the in-process emulation elsewhere. Lives until the process ends.
+PLR_PLATFORM_EXPORT Platform& systemPlatform();
+// The dynamic loader's own words for the latest failed loadLibrary of the emulation ("" on Windows).
+PLR_PLATFORM_EXPORT const char* lastLoaderDiagnostic();
 
 }  // namespace tvr::platform

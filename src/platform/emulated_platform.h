@@ -1,0 +1,95 @@
+// A Platform carried out in-process: the registry from RegistryData, libraries through a
+// loader, windows and timers in a WindowSystem, local memory, the last error and message
+// boxes through a handler. posix.cpp builds the system's own from it; the recording
+// platform uses one as its fake.
+#pragma once
+
+#include <functional>
+#include <map>
+#include <memory>
+#include <string>
+
+#include "local_memory.h"
+#include "platform.h"
+#include "registry_data.h"
+#include "window_system.h"
+
+namespace tvr::platform {
+
+class LibraryLoader {
+public:
+    virtual ~LibraryLoader() = default;
+    // `path` as the caller gave it; `dllDirectory` as SetDllDirectoryA left it ("" for none).
+    virtual ModuleHandle load(const std::string& path, const std::string& dllDirectory, std::uint32_t& error) = 0;
+    virtual void* symbol(ModuleHandle module, const char* name, std::uint32_t& error) = 0;
+    virtual bool release(ModuleHandle module, std::uint32_t& error) = 0;
+    virtual ModuleHandle find(const std::string& name, std::uint32_t& error) = 0;
+    // A symbol of the host program, or null.
+    virtual void* hostSymbol(const char* name) = 0;
+};
+
+class EmulatedPlatform : public Platform {
+public:
+    using RegistrySource = std::function<RegistryData()>;  // asked at every open
+    using MessageBoxHandler = std::function<int(const char* text, const char* caption, std::uint32_t type)>;
+
+    EmulatedPlatform(RegistrySource registry, std::unique_ptr<LibraryLoader> loader, MessageBoxHandler boxes);
+
+    // The handle GetModuleHandleA(null) answers for the host program.
+    static ModuleHandle hostModule();
+
+    long regOpenKeyEx(KeyHandle root, const char* subKey, std::uint32_t options, std::uint32_t access,
+                      KeyHandle* result) override;
+    long regQueryValueEx(KeyHandle key, const char* valueName, std::uint32_t* type, unsigned char* data,
+                         std::uint32_t* size) override;
+    long regCloseKey(KeyHandle key) override;
+
+    bool setDllDirectory(const char* path) override;
+    ModuleHandle loadLibrary(const char* path) override;
+    void* getProcAddress(ModuleHandle module, const char* name) override;
+    bool freeLibrary(ModuleHandle module) override;
+    ModuleHandle getModuleHandle(const char* name) override;
+
+    std::uint16_t registerClass(const char* className, WindowProc proc) override;
+    bool unregisterClass(const char* className, ModuleHandle instance) override;
+    WindowHandle createWindowEx(std::uint32_t exStyle, const char* className, const char* title, std::uint32_t style,
+                                int x, int y, int width, int height, WindowHandle parent, void* menu,
+                                ModuleHandle instance, void* param) override;
+    bool destroyWindow(WindowHandle window) override;
+    std::uintptr_t setTimer(WindowHandle window, std::uintptr_t id, std::uint32_t elapseMs, void* timerProc) override;
+    std::intptr_t defWindowProc(WindowHandle window, std::uint32_t msg, std::uintptr_t wParam,
+                                std::intptr_t lParam) override;
+
+    int messageBox(WindowHandle owner, const char* text, const char* caption, std::uint32_t type) override;
+    std::uint32_t getLastError() override { return lastError_; }
+    std::uint32_t formatMessage(std::uint32_t flags, const void* source, std::uint32_t messageId,
+                                std::uint32_t languageId, char** buffer, std::uint32_t size) override;
+    LocalHandle localAlloc(std::uint32_t flags, std::size_t bytes) override;
+    std::size_t localSize(LocalHandle memory) override;
+    LocalHandle localFree(LocalHandle memory) override;
+
+    void setLastError(std::uint32_t error) { lastError_ = error; }
+    WindowSystem& windows() { return windows_; }
+    LocalMemory& memory() { return memory_; }
+    const std::string& dllDirectory() const { return dllDirectory_; }
+    std::size_t openKeys() const { return keys_.size(); }
+
+private:
+    struct OpenKey {
+        std::string path;
+        RegistryData::Values values;  // as the registry held them when the key was opened
+    };
+    bool keyPath(KeyHandle key, std::string& path) const;
+
+    RegistrySource registry_;
+    std::unique_ptr<LibraryLoader> loader_;
+    MessageBoxHandler boxes_;
+    std::map<std::uintptr_t, OpenKey> keys_;
+    std::uintptr_t nextKey_ = 0x2000;  // never a predefined root
+    std::string dllDirectory_;
+    WindowSystem windows_;
+    LocalMemory memory_;
+    std::uint32_t lastError_ = 0;
+};
+
+}  // namespace tvr::platform

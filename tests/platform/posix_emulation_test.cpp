@@ -1,0 +1,229 @@
+// The in-process emulation of the Windows calls: registry file, loader, texts, windows and timers.
+#include <gtest/gtest.h>
+
+#include <cstdio>
+#include <cstdlib>
+#include <fstream>
+#include <string>
+
+#include "error_codes.h"
+#include "message_pump.h"
+#include "platform.h"
+#include "test_support.h"
+
+namespace tvr::platform {
+namespace {
+
+const char* const TavreloKey = "SOFTWARE\\Wow6432Node\\Tavrelo";
+
+class Emulation : public ::testing::Test {
+protected:
+    Platform& p = systemPlatform();
+    std::string file = ::testing::TempDir() + "plr_registry_" +
+                       ::testing::UnitTest::GetInstance()->current_test_info()->name() + ".reg";
+
+    void writeFile(const std::string& path, const std::string& text) {
+        std::ofstream(path, std::ios::binary) << text;
+    }
+    void useRegistry(const std::string& text) {
+        writeFile(file, text);
+        ::setenv("PLR_REGISTRY_FILE", file.c_str(), 1);
+    }
+    void TearDown() override {
+        ::unsetenv("PLR_REGISTRY_FILE");
+        std::remove(file.c_str());
+    }
+    std::string queryPath(KeyHandle key, long* result = nullptr) {
+        char buffer[1024] = {};
+        std::uint32_t size = sizeof buffer, type = 0;
+        long r = p.regQueryValueEx(key, "path", &type, reinterpret_cast<unsigned char*>(buffer), &size);
+        if (result) *result = r;
+        return r == ErrorSuccess ? std::string(buffer, size - 1) : std::string();
+    }
+};
+
+TEST_F(Emulation, RegistryFileIsParsedWithEscapesAndCaseFreeNames) {
+    useRegistry("REGEDIT4\r\n\r\n; installed by hand\r\n"
+                "[HKEY_LOCAL_MACHINE\\SOFTWARE\\Wow6432Node\\Tavrelo]\r\n"
+                "\"Path\"=\"C:\\\\Prog\\\\\\\"X\\\"\"\r\n"
+                "\"count\"=dword:0000002a\r\n"
+                "\"broken=\"no end\r\n"
+                "[HKEY_LOCAL_MACHINE\\SOFTWARE\\Other]\r\n"
+                "\"path\"=\"elsewhere\"\r\n");
+    KeyHandle key = nullptr;
+    ASSERT_EQ(p.regOpenKeyEx(HKeyLocalMachine, "software\\WOW6432NODE\\tavrelo", 0, KeyRead, &key), ErrorSuccess);
+    char buffer[1024];
+    std::uint32_t size = sizeof buffer, type = 0;
+    ASSERT_EQ(p.regQueryValueEx(key, "path", &type, reinterpret_cast<unsigned char*>(buffer), &size), ErrorSuccess);
+    EXPECT_EQ(type, RegSz);
+    EXPECT_EQ(size, 12u);  // the text and its terminating zero
+    EXPECT_STREQ(buffer, "C:\\Prog\\\"X\"");
+
+    std::uint32_t number = 0;
+    size = sizeof number;
+    ASSERT_EQ(p.regQueryValueEx(key, "count", &type, reinterpret_cast<unsigned char*>(&number), &size), ErrorSuccess);
+    EXPECT_EQ(type, RegDword);
+    EXPECT_EQ(number, 42u);
+    EXPECT_EQ(p.regQueryValueEx(key, "broken", nullptr, nullptr, &size), static_cast<long>(ErrorFileNotFound));
+    EXPECT_EQ(p.regCloseKey(key), ErrorSuccess);
+    EXPECT_EQ(p.regCloseKey(key), static_cast<long>(ErrorInvalidHandle));
+
+    // A key that only has keys below it exists too.
+    ASSERT_EQ(p.regOpenKeyEx(HKeyLocalMachine, "SOFTWARE", 0, KeyRead, &key), ErrorSuccess);
+    EXPECT_EQ(p.regQueryValueEx(key, "path", nullptr, nullptr, &size), static_cast<long>(ErrorFileNotFound));
+    p.regCloseKey(key);
+}
+
+TEST_F(Emulation, ValueSizesFollowWin32InAndOut) {
+    useRegistry("REGEDIT4\n[HKEY_LOCAL_MACHINE\\SOFTWARE\\Wow6432Node\\Tavrelo]\n\"path\"=\"/opt/plr\"\n");
+    KeyHandle key = nullptr;
+    ASSERT_EQ(p.regOpenKeyEx(HKeyLocalMachine, TavreloKey, 0, KeyRead, &key), ErrorSuccess);
+    unsigned char buffer[16];
+    std::uint32_t size = 8;  // room for the text but not its zero
+    EXPECT_EQ(p.regQueryValueEx(key, "path", nullptr, buffer, &size), static_cast<long>(ErrorMoreData));
+    EXPECT_EQ(size, 9u);
+    size = 0;
+    EXPECT_EQ(p.regQueryValueEx(key, "path", nullptr, nullptr, &size), ErrorSuccess);  // asks the size only
+    EXPECT_EQ(size, 9u);
+    EXPECT_EQ(p.regQueryValueEx(key, "path", nullptr, buffer, nullptr), static_cast<long>(ErrorInvalidParameter));
+    EXPECT_EQ(p.regQueryValueEx(reinterpret_cast<KeyHandle>(0x1234), "path", nullptr, nullptr, &size),
+              static_cast<long>(ErrorInvalidHandle));
+    p.regCloseKey(key);
+}
+
+TEST_F(Emulation, RegistryIsReadWhenAKeyIsOpened) {
+    KeyHandle key = nullptr;
+    EXPECT_EQ(p.regOpenKeyEx(HKeyLocalMachine, TavreloKey, 0, KeyRead, &key), static_cast<long>(ErrorFileNotFound));
+    useRegistry("[HKEY_LOCAL_MACHINE\\SOFTWARE\\Wow6432Node\\Tavrelo]\n\"path\"=\"x\"\n");  // no header
+    EXPECT_EQ(p.regOpenKeyEx(HKeyLocalMachine, TavreloKey, 0, KeyRead, &key), static_cast<long>(ErrorFileNotFound));
+
+    useRegistry("REGEDIT4\n[HKEY_LOCAL_MACHINE\\SOFTWARE\\Wow6432Node\\Tavrelo]\n\"path\"=\"first\"\n");
+    ASSERT_EQ(p.regOpenKeyEx(HKeyLocalMachine, TavreloKey, 0, KeyRead, &key), ErrorSuccess);
+    writeFile(file, "REGEDIT4\n[HKEY_LOCAL_MACHINE\\SOFTWARE\\Wow6432Node\\Tavrelo]\n\"path\"=\"second\"\n");
+    EXPECT_EQ(queryPath(key), "first");
+    KeyHandle again = nullptr;
+    ASSERT_EQ(p.regOpenKeyEx(HKeyLocalMachine, TavreloKey, 0, KeyRead, &again), ErrorSuccess);
+    EXPECT_EQ(queryPath(again), "second");
+    EXPECT_EQ(p.regOpenKeyEx(HKeyLocalMachine, "SOFTWARE\\Wow6432Node\\Missing", 0, KeyRead, &key),
+              static_cast<long>(ErrorFileNotFound));
+    p.regCloseKey(key);
+    p.regCloseKey(again);
+}
+
+TEST_F(Emulation, ErrorTextsAreTheSystemOnes) {
+    auto text = [&](std::uint32_t id) {
+        char* buffer = nullptr;
+        std::uint32_t n = p.formatMessage(FormatMessageAllocateFromSystem, nullptr, id, LangNeutralDefault, &buffer, 0);
+        std::string s = n ? std::string(buffer, n) : "";
+        EXPECT_EQ(n ? p.localSize(buffer) : 0u, n ? n + 1u : 0u);
+        if (buffer) p.localFree(buffer);
+        return s;
+    };
+    EXPECT_EQ(text(126), "The specified module could not be found.\r\n");
+    EXPECT_EQ(text(2), "The system cannot find the file specified.\r\n");
+    EXPECT_EQ(text(193), "%1 is not a valid Win32 application.\r\n");
+    EXPECT_EQ(text(99999), "");
+    EXPECT_EQ(p.getLastError(), ErrorMessageNotFound);
+
+    char small[8];
+    char** asBuffer = reinterpret_cast<char**>(small);  // without the allocate flag the buffer is the caller's
+    EXPECT_EQ(p.formatMessage(0x1000, nullptr, 2, 0, asBuffer, sizeof small), 0u);
+    EXPECT_EQ(p.getLastError(), ErrorInsufficientBuffer);
+}
+
+TEST_F(Emulation, LoaderTellsMissingFilesFromBadOnesAndSearchesTheDllDirectory) {
+    std::string bad = ::testing::TempDir() + "plr_not_a_library.dll";
+    writeFile(bad, "MZ but not really");
+    EXPECT_EQ(p.loadLibrary(bad.c_str()), nullptr);
+    EXPECT_EQ(p.getLastError(), ErrorBadExeFormat);
+    EXPECT_STRNE(lastLoaderDiagnostic(), "");
+    std::remove(bad.c_str());
+
+    std::string full = test::testLibraryPath();
+    std::string dir = full.substr(0, full.rfind('\\'));
+    EXPECT_TRUE(p.setDllDirectory(dir.c_str()));
+    ModuleHandle lib = p.loadLibrary(PLR_TEST_LIBRARY_NAME);
+    ASSERT_NE(lib, nullptr) << lastLoaderDiagnostic();
+    EXPECT_EQ(p.getModuleHandle(PLR_TEST_LIBRARY_NAME), lib);
+    EXPECT_TRUE(p.setDllDirectory(nullptr));
+    EXPECT_TRUE(p.freeLibrary(lib));
+    EXPECT_EQ(p.loadLibrary(PLR_TEST_LIBRARY_NAME), nullptr);
+    EXPECT_EQ(p.getLastError(), ErrorModNotFound);
+    EXPECT_FALSE(p.freeLibrary(lib));  // already gone: refused, not passed to the loader
+    EXPECT_EQ(p.getLastError(), ErrorInvalidHandle);
+
+    lib = p.loadLibrary(("Z:" + full).c_str());  // wine's root drive
+    ASSERT_NE(lib, nullptr) << lastLoaderDiagnostic();
+    p.freeLibrary(lib);
+}
+
+TEST_F(Emulation, TimerFiresOncePerPeriodAndNeverAfterDestroyWindow) {
+    using test::TimerLog;
+    TimerLog::reset();
+    const std::uint64_t t0 = 5'000'000;
+    pumpMessages(t0);
+    ASSERT_NE(p.registerClass("PLRTestTimerWindow", &TimerLog::proc), 0);
+    EXPECT_EQ(p.registerClass("plrtesttimerwindow", &TimerLog::proc), 0);
+    EXPECT_EQ(p.getLastError(), ErrorClassAlreadyExists);
+    WindowHandle w = p.createWindowEx(0, "PLRTestTimerWindow", "", 0, 0, 0, 0, 0, nullptr, nullptr,
+                                      p.getModuleHandle(nullptr), nullptr);
+    ASSERT_NE(w, nullptr);
+    EXPECT_EQ(p.setTimer(w, 1, 40, nullptr), 1u);
+
+    for (int step = 1; step <= 10; ++step) {
+        pumpMessages(t0 + 40u * step - 20);  // between ticks nothing is due
+        pumpMessages(t0 + 40u * step);
+        ASSERT_EQ(TimerLog::timers, step);
+    }
+    EXPECT_EQ(TimerLog::lastId, 1u);
+    EXPECT_EQ(TimerLog::lastWindow, w);
+
+    pumpMessages(t0 + 2000);  // a late pump delivers one message, not the missed ones
+    EXPECT_EQ(TimerLog::timers, 11);
+    pumpMessages(t0 + 2020);
+    EXPECT_EQ(TimerLog::timers, 11);
+    pumpMessages(t0 + 2040);
+    EXPECT_EQ(TimerLog::timers, 12);
+
+    EXPECT_FALSE(p.unregisterClass("PLRTestTimerWindow", p.getModuleHandle(nullptr)));
+    EXPECT_EQ(p.getLastError(), ErrorClassHasWindows);
+    EXPECT_TRUE(p.destroyWindow(w));
+    EXPECT_FALSE(p.destroyWindow(w));
+    for (int step = 1; step <= 5; ++step) pumpMessages(t0 + 2040 + 40u * step);
+    EXPECT_EQ(TimerLog::timers, 12);
+    EXPECT_EQ(p.setTimer(w, 1, 40, nullptr), 0u);
+    EXPECT_EQ(p.getLastError(), ErrorInvalidWindowHandle);
+
+    EXPECT_TRUE(p.unregisterClass("PLRTestTimerWindow", p.getModuleHandle(nullptr)));
+    EXPECT_EQ(p.createWindowEx(0, "PLRTestTimerWindow", "", 0, 0, 0, 0, 0, nullptr, nullptr, nullptr, nullptr),
+              nullptr);
+    EXPECT_EQ(p.getLastError(), ErrorCannotFindClass);
+}
+
+TEST_F(Emulation, WindowDestroyedByItsOwnTimerGetsNoFurtherMessages) {
+    static Platform* self = nullptr;
+    static int calls = 0;
+    self = &p;
+    calls = 0;
+    WindowProc destroyer = [](WindowHandle w, std::uint32_t msg, std::uintptr_t, std::intptr_t) -> std::intptr_t {
+        if (msg == WmTimer) {
+            ++calls;
+            self->destroyWindow(w);
+        }
+        return 0;
+    };
+    const std::uint64_t t0 = 9'000'000;
+    pumpMessages(t0);
+    ASSERT_NE(p.registerClass("PLRTestDestroyer", destroyer), 0);
+    WindowHandle w = p.createWindowEx(0, "PLRTestDestroyer", "", 0, 0, 0, 0, 0, nullptr, nullptr, nullptr, nullptr);
+    ASSERT_NE(w, nullptr);
+    p.setTimer(w, 1, 40, nullptr);
+    p.setTimer(w, 2, 40, nullptr);  // due in the same pump as timer 1
+    pumpMessages(t0 + 40);
+    pumpMessages(t0 + 80);
+    EXPECT_EQ(calls, 1);
+    EXPECT_TRUE(p.unregisterClass("PLRTestDestroyer", nullptr));
+}
+
+}  // namespace
+}  // namespace tvr::platform
