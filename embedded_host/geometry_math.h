@@ -5,7 +5,7 @@
 
 #include <cmath>
 
-namespace tvr::host::geometry {
+namespace tvr::plr::embedded::geometry {
 
 struct Vec3 {
     double x = 0.0, y = 0.0, z = 0.0;
@@ -21,4 +21,4 @@ inline Vec3 cross(const Vec3& a, const Vec3& b) {
 inline double length(const Vec3& a) { return std::sqrt(dot(a, a)); }
 inline Vec3 lerp(const Vec3& a, const Vec3& b, double t) { return a + (b - a) * t; }
 
-}  // namespace tvr::host::geometry
+}  // namespace tvr::plr::embedded::geometry

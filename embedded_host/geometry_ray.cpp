@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <cmath>
 
-namespace tvr::host::geometry {
+namespace tvr::plr::embedded::geometry {
 
 RayMesh::RayMesh(std::vector<Vec3> points, std::vector<Quad> polygons) {
     const auto valid = [&](std::int32_t i) { return i >= 0 && static_cast<std::size_t>(i) < points.size(); };
@@ -62,4 +62,4 @@ std::vector<RayHit> RayMesh::intersect(const Vec3& origin, const Vec3& direction
     return hits;
 }
 
-}  // namespace tvr::host::geometry
+}  // namespace tvr::plr::embedded::geometry

@@ -11,7 +11,7 @@
 
 #include "geometry_math.h"
 
-namespace tvr::host::geometry {
+namespace tvr::plr::embedded::geometry {
 
 struct Quad {
     std::int32_t a = 0, b = 0, c = 0, d = 0;
@@ -47,4 +47,4 @@ private:
     std::vector<Triangle> triangles_;
 };
 
-}  // namespace tvr::host::geometry
+}  // namespace tvr::plr::embedded::geometry

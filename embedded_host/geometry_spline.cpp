@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <cmath>
 
-namespace tvr::host::geometry {
+namespace tvr::plr::embedded::geometry {
 
 namespace {
 double clamp01(double t) {
@@ -85,4 +85,4 @@ Vec3 LinearSegment::tangent(double t) const {
     return {};
 }
 
-}  // namespace tvr::host::geometry
+}  // namespace tvr::plr::embedded::geometry

@@ -12,7 +12,7 @@
 
 #include "geometry_math.h"
 
-namespace tvr::host::geometry {
+namespace tvr::plr::embedded::geometry {
 
 class LinearSegment {
 public:
@@ -43,4 +43,4 @@ private:
     std::vector<double> cumulative_;  // arc length at each edge start, plus the total
 };
 
-}  // namespace tvr::host::geometry
+}  // namespace tvr::plr::embedded::geometry

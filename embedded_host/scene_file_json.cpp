@@ -3,7 +3,7 @@
 #include <cmath>
 #include <limits>
 
-namespace tvr::host::scenefile {
+namespace tvr::plr::embedded::scenefile {
 
 namespace {
 constexpr char kAlphabet[] = "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789+/";
@@ -253,4 +253,4 @@ std::string Reader::bytes(const Json& obj, const char* key) {
     return bytes(v);
 }
 
-}  // namespace tvr::host::scenefile
+}  // namespace tvr::plr::embedded::scenefile

@@ -10,7 +10,7 @@
 
 #include <nlohmann/json.hpp>
 
-namespace tvr::host::scenefile {
+namespace tvr::plr::embedded::scenefile {
 
 using Json = nlohmann::json;
 
@@ -80,4 +80,4 @@ private:
     std::vector<Step> path_;
 };
 
-}  // namespace tvr::host::scenefile
+}  // namespace tvr::plr::embedded::scenefile

@@ -6,7 +6,7 @@
 #include "geometry_ray.h"
 #include "geometry_spline.h"
 
-using namespace tvr::host::geometry;
+using namespace tvr::plr::embedded::geometry;
 
 namespace {
 void expectNear(const Vec3& actual, const Vec3& expected, double eps = 1e-9) {

@@ -5,7 +5,7 @@
 
 #include "scene_file_json.h"
 
-using namespace tvr::host::scenefile;
+using namespace tvr::plr::embedded::scenefile;
 
 TEST(SceneFileJson, AnyByteStringSurvivesDumpAndParse) {
     std::mt19937 rng(11);
