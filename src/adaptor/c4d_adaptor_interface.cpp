@@ -1,0 +1,188 @@
+#include "adaptor/c4d_adaptor_interface.h"
+
+#include "host_api/c4d.h"
+#include "util/log.h"
+#include "util/xml/reader.h"
+
+namespace tvr::plr::adaptor::cinema4d {
+
+namespace {
+
+// Operations whose work is not done by this adaptor log that fact at error
+// level and answer a neutral value, so a core calling them keeps running.
+void notImplemented(const char* name) {
+    tvr::util::Log(tvr::util::Log::Error).write(std::string(name) + " not implemented", -1);
+}
+
+}  // namespace
+
+int C4DAdaptorInterface::getInterfaceVersion() { return 9201; }
+
+// The identity strings live until the module is unloaded; they are built on
+// first use so that nothing is allocated before the host hands over its table.
+const std::string& C4DAdaptorInterface::getDisplayName() {
+    static const std::string name = "Cinema 4D R10 Adaptor";
+    return name;
+}
+
+const std::string& C4DAdaptorInterface::getAdaptorId() {
+    static const std::string id = "adaptor_c4dr11";
+    return id;
+}
+
+const std::string& C4DAdaptorInterface::getHostName() {
+    static const std::string name = "CINEMA4D";
+    return name;
+}
+
+const std::string& C4DAdaptorInterface::getHostVersion() {
+    static std::string version;
+    if (version.empty()) version = "R " + std::to_string(GetC4DVersion());
+    return version;
+}
+
+void C4DAdaptorInterface::getHostIdentifiers(tvr::util::ReturnValue<core::StringList>* identifiers) {
+    core::StringList list;
+    list.push_back(getHostName() + "_" + getHostVersion());
+    list.push_back(getHostName());
+    list.push_back(std::string());
+    if (identifiers) identifiers->set(list);
+}
+
+int C4DAdaptorInterface::reservedQuery6() { return 0; }
+
+core::CoreNode* C4DAdaptorInterface::createCamera(core::CMaster*, const std::string&, core::CoreNode*,
+                                                  core::CNodePeer*) {
+    notImplemented("createCamera");
+    return nullptr;
+}
+
+core::CoreNode* C4DAdaptorInterface::createMeshNode(core::CMaster*, const std::string&, core::CoreNode*,
+                                                    const tvr::util::CMesh&, core::CNodePeer*) {
+    notImplemented("createMeshNode");
+    return nullptr;
+}
+
+core::CoreNode* C4DAdaptorInterface::createMesh(core::CMaster*, const std::string&, const tvr::util::CMesh&) {
+    tvr::util::Log(tvr::util::Log::Error).write("(NOT IMPLEMENTED) createMesh " + getDisplayName(), -1);
+    return nullptr;
+}
+
+core::CoreNode* C4DAdaptorInterface::findNode(core::CMaster*, const std::string&) {
+    notImplemented("findNode");
+    return nullptr;
+}
+
+void C4DAdaptorInterface::storeMasterState(core::CMaster*) { notImplemented("storeMasterState"); }
+
+bool C4DAdaptorInterface::loadState() {
+    notImplemented("loadState");
+    return false;
+}
+
+void C4DAdaptorInterface::getNodes(tvr::util::ReturnValue<core::NodeList>*) { notImplemented("getNodes"); }
+
+void C4DAdaptorInterface::getMasterNodes(core::CMaster*, tvr::util::ReturnValue<core::NodeList>*) {
+    notImplemented("getMasterNodes");
+}
+
+void C4DAdaptorInterface::acquireNodes(const std::string&, const tvr::util::xml::Element&,
+                                       tvr::util::ReturnValue<core::NodeList>*) {
+    notImplemented("acquireNodes");
+}
+
+void C4DAdaptorInterface::mergeFromFile(const std::string&, core::CMaster*) {
+    tvr::util::Log(tvr::util::Log::Error).write("mergeFromFile not implemented", -1);
+}
+
+int C4DAdaptorInterface::beginUndo(const std::string&) {
+    notImplemented("beginUndo");
+    return 0;
+}
+
+int C4DAdaptorInterface::addUndo(tvr::plr::CUndo*) {
+    notImplemented("addUndo");
+    return 1;
+}
+
+int C4DAdaptorInterface::acceptUndo() {
+    notImplemented("acceptUndo");
+    return 1;
+}
+
+int C4DAdaptorInterface::cancelUndo() {
+    notImplemented("cancelUndo");
+    return 1;
+}
+
+bool C4DAdaptorInterface::isAcceptingUndo() {
+    notImplemented("isAcceptingUndo");
+    return false;
+}
+
+bool C4DAdaptorInterface::undo() {
+    notImplemented("undo");
+    return false;
+}
+
+double C4DAdaptorInterface::getTime() {
+    BaseDocument* doc = GetActiveDocument();
+    return doc ? doc->GetTime().Get() : 0.0;
+}
+
+void C4DAdaptorInterface::setTime(double) { notImplemented("setTime"); }
+
+void C4DAdaptorInterface::reservedNotify25(int) {}
+
+std::pair<double, double> C4DAdaptorInterface::getTimeRange() {
+    BaseDocument* doc = GetActiveDocument();
+    if (!doc) return {0.0, 0.0};
+    return {doc->GetMinTime().Get(), doc->GetMaxTime().Get()};
+}
+
+void C4DAdaptorInterface::setTimeRange(const double*) { notImplemented("setTimeRange"); }
+
+double C4DAdaptorInterface::getFrameRate() {
+    BaseDocument* doc = GetActiveDocument();
+    return doc ? static_cast<double>(doc->GetFps()) : 0.0;
+}
+
+double C4DAdaptorInterface::getFrameDuration() {
+    BaseDocument* doc = GetActiveDocument();
+    // A document always has a positive rate; the guard only keeps a broken one from dividing by zero.
+    if (!doc || doc->GetFps() <= 0) return 0.0;
+    return 1.0 / static_cast<double>(doc->GetFps());
+}
+
+void C4DAdaptorInterface::refreshScene() { notImplemented("refreshScene"); }
+
+void C4DAdaptorInterface::reservedNotify31() {}
+
+void C4DAdaptorInterface::reservedNotify32() { reservedNotify31(); }
+
+int C4DAdaptorInterface::prepareDirectRecording(tvr::util::ReturnValue<core::MasterList>*) {
+    notImplemented("prepareDirectRecording");
+    return 1;
+}
+
+int C4DAdaptorInterface::prepareCacheRecording(void*) {
+    notImplemented("prepareCacheRecording");
+    return 1;
+}
+
+int C4DAdaptorInterface::stopRecording() {
+    notImplemented("stopRecording");
+    return 0;
+}
+
+int C4DAdaptorInterface::reservedQuery36() { return 0; }
+
+int C4DAdaptorInterface::getAdaptorData(tvr::util::ReturnValue<tvr::util::xml::Element>* data) {
+    const tvr::util::xml::Element empty = tvr::util::xml::parse(std::string());
+    if (data) data->set(empty);
+    return 0;
+}
+
+void C4DAdaptorInterface::reservedNotify38(int) {}
+
+}  // namespace tvr::plr::adaptor::cinema4d

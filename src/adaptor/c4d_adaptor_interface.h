@@ -1,0 +1,90 @@
+// The one object through which the core drives the host's scene.
+#pragma once
+
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "adaptor/stored_state_record.h"
+#include "core_api/adaptor_interface.h"
+#include "core_api/core_interface.h"
+#include "platform/platform.h"
+#include "util/singleton.h"
+
+namespace tvr::plr::adaptor::cinema4d {
+
+class CC4DNode;
+
+class C4DAdaptorInterface : public tvr::plr::core::AdaptorInterface,
+                            public tvr::util::Singleton<C4DAdaptorInterface> {
+public:
+    // Identity.
+    int getInterfaceVersion() override;
+    const std::string& getDisplayName() override;
+    const std::string& getAdaptorId() override;
+    const std::string& getHostName() override;
+    const std::string& getHostVersion() override;
+    void getHostIdentifiers(tvr::util::ReturnValue<core::StringList>* identifiers) override;
+    int reservedQuery6() override;
+
+    // Nodes.
+    core::CoreNode* createCamera(core::CMaster* master, const std::string& name, core::CoreNode* parent,
+                                 core::CNodePeer* peer) override;
+    core::CoreNode* createMeshNode(core::CMaster* master, const std::string& name, core::CoreNode* parent,
+                                   const tvr::util::CMesh& mesh, core::CNodePeer* peer) override;
+    core::CoreNode* createMesh(core::CMaster* master, const std::string& name,
+                               const tvr::util::CMesh& mesh) override;
+    core::CoreNode* findNode(core::CMaster* master, const std::string& label) override;
+
+    // Stored state.
+    void storeMasterState(core::CMaster* master) override;
+    bool loadState() override;
+    void getNodes(tvr::util::ReturnValue<core::NodeList>* nodes) override;
+    void getMasterNodes(core::CMaster* master, tvr::util::ReturnValue<core::NodeList>* nodes) override;
+    void acquireNodes(const std::string& masterName, const tvr::util::xml::Element& masterElement,
+                      tvr::util::ReturnValue<core::NodeList>* nodes) override;
+    void mergeFromFile(const std::string& fileName, core::CMaster* master) override;
+
+    // The undo bracket.
+    int beginUndo(const std::string& groupName) override;
+    int addUndo(tvr::plr::CUndo* step) override;
+    int acceptUndo() override;
+    int cancelUndo() override;
+    bool isAcceptingUndo() override;
+    bool undo() override;
+
+    // Time and recording.
+    double getTime() override;
+    void setTime(double seconds) override;
+    void reservedNotify25(int value) override;
+    std::pair<double, double> getTimeRange() override;
+    void setTimeRange(const double* range) override;
+    double getFrameRate() override;
+    double getFrameDuration() override;
+    void refreshScene() override;
+    void reservedNotify31() override;
+    void reservedNotify32() override;
+    int prepareDirectRecording(tvr::util::ReturnValue<core::MasterList>* masters) override;
+    int prepareCacheRecording(void* argument) override;
+    int stopRecording() override;
+    int reservedQuery36() override;
+    int getAdaptorData(tvr::util::ReturnValue<tvr::util::xml::Element>* data) override;
+    void reservedNotify38(int value) override;
+
+    core::CoreInterface* getCore() const { return core; }
+
+    bool undoCancelled = false;
+    std::vector<std::string> undoLevels;
+    std::vector<CC4DNode*> nodes;
+    std::vector<std::unique_ptr<StoredStateRecord>> storedStates;
+    core::CoreInterface* core = nullptr;
+    // The loaded core library; set and cleared by the loader.
+    tvr::platform::ModuleHandle coreLibrary = nullptr;
+
+private:
+    friend class tvr::util::Singleton<C4DAdaptorInterface>;
+    C4DAdaptorInterface() = default;
+    ~C4DAdaptorInterface() override = default;
+};
+
+}  // namespace tvr::plr::adaptor::cinema4d
