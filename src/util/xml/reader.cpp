@@ -14,10 +14,6 @@ std::size_t findByte(const char* data, std::size_t from, std::size_t size, char 
     return hit ? static_cast<std::size_t>(static_cast<const char*>(hit) - data) : size;
 }
 
-void pushToken(std::vector<Token>& tokens, int type, std::string text) {
-    if (!text.empty()) tokens.push_back(Token{type, std::move(text)});
-}
-
 std::string unescaped(const char* data, std::size_t size) {
     std::string out;
     out.reserve(size);
@@ -25,46 +21,32 @@ std::string unescaped(const char* data, std::size_t size) {
     return out;
 }
 
-// Name and attributes of an open or empty-element token.
-int readTagHead(const std::string& text, Element& element) {
-    const char* s = text.data();
-    const std::size_t n = text.size();
-    std::size_t p = 0;
-    while (p < n && !isSpace(static_cast<unsigned char>(s[p]))) ++p;
-    element = Element(kTag, unescaped(s, p));
-    Element::Attributes& attributes = element.attributes();
-    for (;;) {
-        while (p < n && isSpace(static_cast<unsigned char>(s[p]))) ++p;
-        if (p == n || s[p] == '?') return kReadOk;  // '?' ends a declaration's attributes
-        const std::size_t nameStart = p;
-        while (p < n && s[p] != '=' && !isSpace(static_cast<unsigned char>(s[p]))) ++p;
-        const std::size_t nameEnd = p;
-        while (p < n && isSpace(static_cast<unsigned char>(s[p]))) ++p;
-        if (p == n || s[p] != '=') return kReadMalformed;
-        ++p;
-        while (p < n && isSpace(static_cast<unsigned char>(s[p]))) ++p;
-        if (p == n || (s[p] != '"' && s[p] != '\'')) return kReadMalformed;
-        const char quote = s[p++];
-        const std::size_t valueEnd = findByte(s, p, n, quote);
-        if (valueEnd == n) return kReadMalformed;
-        attributes[std::string(s + nameStart, nameEnd - nameStart)] = unescaped(s + p, valueEnd - p);
-        p = valueEnd + 1;
+// Unescapes in place of a copy when there is nothing to replace.
+std::string unescaped(std::string&& text) {
+    if (!std::memchr(text.data(), '&', text.size())) return std::move(text);
+    return unescaped(text.data(), text.size());
+}
+
+// Produces the tokens of a text one at a time; empty tokens never appear.
+class TokenStream {
+public:
+    TokenStream(const char* data, std::size_t size)
+        : data_(data), size_(findByte(data, 0, size, '\0')) {  // a zero byte ends the text
+        advance();
     }
-}
 
-bool isDeclaration(const Token& token) {
-    const std::string& t = token.text;
-    return token.type == kTokenOpen && t.compare(0, 4, "?xml") == 0 &&
-           (t.size() == 4 || t[4] == '?' || isSpace(static_cast<unsigned char>(t[4])));
-}
+    Token* peek() { return has_ ? &token_ : nullptr; }
 
-}  // namespace
+    void advance() {
+        has_ = false;
+        while (!has_ && i_ < size_) readOne();
+    }
 
-std::vector<Token> tokenize(const char* data, std::size_t size) {
-    size = findByte(data, 0, size, '\0');
-    std::vector<Token> tokens;
-    std::size_t i = 0;
-    while (i < size) {
+private:
+    void readOne() {
+        const char* data = data_;
+        const std::size_t size = size_;
+        std::size_t i = i_;
         const std::size_t spaceStart = i;
         while (i < size && isSpace(static_cast<unsigned char>(data[i]))) ++i;
         if (i < size && data[i] == '<') {
@@ -84,38 +66,118 @@ std::vector<Token> tokenize(const char* data, std::size_t size) {
                 type = kTokenEmptyElement;
                 --textEnd;
             }
-            pushToken(tokens, type, std::string(data + i, textEnd - i));
-            i = end < size ? end + 1 : size;
+            set(type, data + i, textEnd - i, false);
+            i_ = end < size ? end + 1 : size;
         } else {
             // Whitespace in front of text belongs to the text.
             const std::size_t end = findByte(data, i, size, '<');
-            pushToken(tokens, kTokenText, unescaped(data + spaceStart, end - spaceStart));
-            i = end;
+            set(kTokenText, data + spaceStart, end - spaceStart, true);
+            i_ = end;
         }
     }
-    return tokens;
+
+    void set(int type, const char* text, std::size_t size, bool unescape) {
+        if (size == 0) return;
+        token_.type = type;
+        token_.text.clear();
+        if (unescape)
+            appendUnescaped(token_.text, text, size);
+        else
+            token_.text.assign(text, size);
+        has_ = !token_.text.empty();
+    }
+
+    const char* data_;
+    std::size_t size_;
+    std::size_t i_ = 0;
+    Token token_;
+    bool has_ = false;
+};
+
+// Tokens from a list the caller keeps; their texts are copied.
+class ListSource {
+public:
+    ListSource(const std::vector<Token>& tokens, std::size_t& index) : tokens_(tokens), index_(index) {}
+    const Token* peek() const { return index_ < tokens_.size() ? &tokens_[index_] : nullptr; }
+    void advance() { ++index_; }
+    static std::string take(const Token& token) { return token.text; }
+
+private:
+    const std::vector<Token>& tokens_;
+    std::size_t& index_;
+};
+
+// Tokens made on demand; their texts are moved into the elements.
+class StreamSource {
+public:
+    explicit StreamSource(TokenStream& stream) : stream_(stream) {}
+    Token* peek() { return stream_.peek(); }
+    void advance() { stream_.advance(); }
+    static std::string take(Token& token) { return std::move(token.text); }
+
+private:
+    TokenStream& stream_;
+};
+
+std::size_t nameEnd(const std::string& text) {
+    std::size_t p = 0;
+    while (p < text.size() && !isSpace(static_cast<unsigned char>(text[p]))) ++p;
+    return p;
 }
 
-std::vector<Token> tokenize(const std::string& text) { return tokenize(text.data(), text.size()); }
+// The attributes of an open or empty-element token, from `p` on.
+int readAttributes(const std::string& text, std::size_t p, Element::Attributes& attributes) {
+    const char* s = text.data();
+    const std::size_t n = text.size();
+    for (;;) {
+        while (p < n && isSpace(static_cast<unsigned char>(s[p]))) ++p;
+        if (p == n || s[p] == '?') return kReadOk;  // '?' ends a declaration's attributes
+        const std::size_t nameStart = p;
+        while (p < n && s[p] != '=' && !isSpace(static_cast<unsigned char>(s[p]))) ++p;
+        const std::size_t nameStop = p;
+        while (p < n && isSpace(static_cast<unsigned char>(s[p]))) ++p;
+        if (p == n || s[p] != '=') return kReadMalformed;
+        ++p;
+        while (p < n && isSpace(static_cast<unsigned char>(s[p]))) ++p;
+        if (p == n || (s[p] != '"' && s[p] != '\'')) return kReadMalformed;
+        const char quote = s[p++];
+        const std::size_t valueEnd = findByte(s, p, n, quote);
+        if (valueEnd == n) return kReadMalformed;
+        attributes[std::string(s + nameStart, nameStop - nameStart)] = unescaped(s + p, valueEnd - p);
+        p = valueEnd + 1;
+    }
+}
 
-int readElement(const std::vector<Token>& tokens, std::size_t& index, Element& element) {
-    if (index >= tokens.size()) return kReadMalformed;
-    const Token& first = tokens[index];
-    switch (first.type) {
+// A tag from an open or empty-element token: name up to the first whitespace,
+// then attributes. On error the element keeps what was read.
+int readTag(const Token& token, Element& element) {
+    const std::size_t end = nameEnd(token.text);
+    element = Element(kTag, unescaped(token.text.data(), end));
+    return readAttributes(token.text, end, element.attributes());
+}
+
+std::unique_ptr<Element> leafOf(int type, std::string text) {
+    // Text was unescaped by the tokeniser already; the second pass is kept.
+    return std::make_unique<Element>(type == kTokenText ? kText : kComment, unescaped(std::move(text)));
+}
+
+template <class Source>
+int build(Source& source, Element& element) {
+    auto* first = source.peek();
+    if (!first) return kReadMalformed;
+    switch (first->type) {
         case kTokenText:
-            // Text was unescaped by the tokeniser already; the second pass is kept.
-            element = Element(kText, unescaped(first.text.data(), first.text.size()));
-            ++index;
+        case kTokenComment: {
+            std::unique_ptr<Element> leaf = leafOf(first->type, Source::take(*first));
+            element = std::move(*leaf);
+            source.advance();
             return kReadOk;
-        case kTokenComment:
-            element = Element(kComment, unescaped(first.text.data(), first.text.size()));
-            ++index;
-            return kReadOk;
+        }
         case kTokenClose:
             return kReadUnexpectedClose;
         case kTokenEmptyElement: {
-            const int result = readTagHead(first.text, element);
-            if (result == kReadOk) ++index;
+            const int result = readTag(*first, element);
+            if (result == kReadOk) source.advance();
             return result;
         }
         case kTokenOpen:
@@ -124,20 +186,20 @@ int readElement(const std::vector<Token>& tokens, std::size_t& index, Element& e
             return kReadMalformed;
     }
 
-    int result = readTagHead(first.text, element);
+    int result = readTag(*first, element);
     if (result != kReadOk) return result;
-    ++index;
+    source.advance();
     // Tags still open below `element`. A child joins its parent only once it is
     // complete, so on error the element holds exactly the finished children.
     std::vector<std::unique_ptr<Element>> open;
     for (;;) {
         Element& current = open.empty() ? element : *open.back();
-        if (index >= tokens.size()) return kReadUnclosed;
-        const Token& token = tokens[index];
-        switch (token.type) {
+        auto* token = source.peek();
+        if (!token) return kReadUnclosed;
+        switch (token->type) {
             case kTokenClose: {
-                if (token.text != current.name()) return kReadMismatchedClose;
-                ++index;
+                if (token->text != current.name()) return kReadMismatchedClose;
+                source.advance();
                 if (open.empty()) return kReadOk;
                 std::unique_ptr<Element> done = std::move(open.back());
                 open.pop_back();
@@ -145,28 +207,22 @@ int readElement(const std::vector<Token>& tokens, std::size_t& index, Element& e
                 break;
             }
             case kTokenText:
-            case kTokenComment: {
-                auto child = std::make_unique<Element>();
-                result = readElement(tokens, index, *child);
-                if (result != kReadOk) return result;
-                current.adoptChild(std::move(child));
+            case kTokenComment:
+                current.adoptChild(leafOf(token->type, Source::take(*token)));
+                source.advance();
                 break;
-            }
-            case kTokenEmptyElement: {
-                auto child = std::make_unique<Element>();
-                result = readTagHead(token.text, *child);
-                if (result != kReadOk) return result;
-                ++index;
-                current.adoptChild(std::move(child));
-                break;
-            }
+            case kTokenEmptyElement:
             case kTokenOpen: {
-                if (open.size() + 2 > kMaxDepth) return kReadMalformed;
+                const bool opens = token->type == kTokenOpen;
+                if (opens && open.size() + 2 > kMaxDepth) return kReadMalformed;
                 auto child = std::make_unique<Element>();
-                result = readTagHead(token.text, *child);
+                result = readTag(*token, *child);
                 if (result != kReadOk) return result;
-                ++index;
-                open.push_back(std::move(child));
+                source.advance();
+                if (opens)
+                    open.push_back(std::move(child));
+                else
+                    current.adoptChild(std::move(child));
                 break;
             }
             default:
@@ -175,12 +231,34 @@ int readElement(const std::vector<Token>& tokens, std::size_t& index, Element& e
     }
 }
 
+bool isDeclaration(const Token& token) {
+    const std::string& t = token.text;
+    return token.type == kTokenOpen && t.compare(0, 4, "?xml") == 0 &&
+           (t.size() == 4 || t[4] == '?' || isSpace(static_cast<unsigned char>(t[4])));
+}
+
+}  // namespace
+
+std::vector<Token> tokenize(const char* data, std::size_t size) {
+    std::vector<Token> tokens;
+    for (TokenStream stream(data, size); Token* token = stream.peek(); stream.advance())
+        tokens.push_back(std::move(*token));
+    return tokens;
+}
+
+std::vector<Token> tokenize(const std::string& text) { return tokenize(text.data(), text.size()); }
+
+int readElement(const std::vector<Token>& tokens, std::size_t& index, Element& element) {
+    ListSource source(tokens, index);
+    return build(source, element);
+}
+
 int parse(const std::string& text, Element& element) {
-    const std::vector<Token> tokens = tokenize(text);
-    std::size_t index = 0;
-    if (!tokens.empty() && isDeclaration(tokens.front())) index = 1;
+    TokenStream stream(text.data(), text.size());
+    if (stream.peek() && isDeclaration(*stream.peek())) stream.advance();
+    StreamSource source(stream);
     Element result;
-    const int code = readElement(tokens, index, result);
+    const int code = build(source, result);
     element = code == kReadOk ? std::move(result) : Element();
     return code;
 }
