@@ -1,0 +1,263 @@
+// The core loader against the recording platform's fake system: registry,
+// library, window and timer calls with their exact arguments and order.
+#include <gtest/gtest.h>
+
+#include <cstdio>
+#include <string>
+#include <vector>
+
+#include "adaptor/c4d_adaptor_interface.h"
+#include "plugin/core_loader.h"
+#include "recording_platform.h"
+#include "util/singleton.h"
+
+namespace tvr::plr::adaptor::cinema4d {
+namespace {
+
+namespace pf = tvr::platform;
+
+constexpr const char* kKey = "HKEY_LOCAL_MACHINE\\SOFTWARE\\Wow6432Node\\Tavrelo";
+constexpr const char* kCoreDir = "C:\\Prog\\X\\pelloran\\data\\core\\win\\x64";
+constexpr const char* kCorePath = "C:\\Prog\\X\\pelloran\\data\\core\\win\\x64\\core.dll";
+
+struct FakeCore : core::CoreInterface {
+    void saveState(tvr::util::xml::Element&) override {}
+    void loadState(const tvr::util::xml::Element&) override {}
+    void showMain(int) override {}
+    void runLoopStep() override { ++steps; }
+    int steps = 0;
+};
+
+// What the fake core library's exports saw.
+struct CoreLog {
+    std::vector<core::AdaptorInterface*> attached;
+    std::vector<core::CoreInterface*> detached;
+    FakeCore cores[4];
+};
+CoreLog* g_coreLog = nullptr;
+
+core::CoreInterface* fakeAttach(core::AdaptorInterface* adaptor) {
+    g_coreLog->attached.push_back(adaptor);
+    return &g_coreLog->cores[(g_coreLog->attached.size() - 1) % 4];
+}
+void fakeDetach(core::CoreInterface* core) { g_coreLog->detached.push_back(core); }
+
+std::string hexOf(std::uintptr_t v) {
+    char buf[32];
+    std::snprintf(buf, sizeof buf, "0x%llx", static_cast<unsigned long long>(v));
+    return buf;
+}
+
+template <typename F>
+void* asData(F* fn) {
+    return reinterpret_cast<void*>(fn);
+}
+
+class CoreLoaderTest : public ::testing::Test {
+protected:
+    void SetUp() override {
+        g_coreLog = &log;
+        pf::setPlatform(&rec);
+        adaptor = C4DAdaptorInterface::instance();
+    }
+    void TearDown() override {
+        detachCore(adaptor);
+        tvr::util::SingletonCollector::instance()->destroyAll();
+        pf::setPlatform(nullptr);
+        g_coreLog = nullptr;
+    }
+    void installCore(bool withDetach = true) {
+        rec.setRegistryValue(kKey, "path", "C:/Prog/X");
+        std::map<std::string, void*> symbols{{"attach", asData(&fakeAttach)}};
+        if (withDetach) symbols["detach"] = asData(&fakeDetach);
+        rec.addLibrary(kCorePath, symbols);
+    }
+    std::vector<std::string> callsOf(const std::vector<std::string>& names) const {
+        std::vector<std::string> out;
+        for (const pf::PlatformCall& c : rec.calls()) {
+            for (const std::string& n : names) {
+                if (c.function == n) out.push_back(c.text());
+            }
+        }
+        return out;
+    }
+
+    pf::RecordingPlatform rec;
+    CoreLog log;
+    C4DAdaptorInterface* adaptor = nullptr;
+};
+
+TEST_F(CoreLoaderTest, InstallPathAppendsTheFolderOfEachKey) {
+    EXPECT_EQ(installPath("data"), "");  // no registry value: not even the suffix
+    rec.setRegistryValue(kKey, "path", "C:/Prog/X");
+    EXPECT_EQ(installPath("data"), "C:/Prog/X/pelloran/data");
+    EXPECT_EQ(installPath("plugin"), "C:/Prog/X/pelloran/plugins/win/x64");
+    EXPECT_EQ(installPath("doc"), "C:/Prog/X/pelloran/doc");
+    EXPECT_EQ(installPath("prm"), "C:/Prog/X/pelloran/prm");
+    EXPECT_EQ(installPath(""), "C:/Prog/X/pelloran");
+    EXPECT_EQ(installPath("plr"), "C:/Prog/X/pelloran");
+    EXPECT_EQ(installPath("other"), "C:/Prog/X");
+    EXPECT_EQ(installPath("Data"), "C:/Prog/X");  // keys are exact
+
+    rec.clear();
+    installPath("doc");
+    ASSERT_EQ(rec.calls().size(), 3u);
+    const std::string key = rec.calls()[0].out;
+    const std::vector<std::string> expected = {
+        "RegOpenKeyExA(0x80000002, \"SOFTWARE\\Wow6432Node\\Tavrelo\", 0, 0x20019)",
+        "RegQueryValueExA(" + key + ", \"path\", type, buffer, 1024)",
+        "RegCloseKey(" + key + ")",
+    };
+    EXPECT_EQ(rec.transcript(), expected);
+    EXPECT_EQ(rec.openKeys(), 0u);
+}
+
+TEST_F(CoreLoaderTest, MissingCoreShowsBothBoxesInOrderAndLoadsAgainNextTime) {
+    rec.setRegistryValue(kKey, "path", "C:/Prog/X");
+    EXPECT_EQ(loadCore(adaptor), 1);
+    EXPECT_EQ(adaptor->getCore(), nullptr);
+    EXPECT_EQ(adaptor->coreLibrary, nullptr);
+    EXPECT_EQ(runLoopWindow(), nullptr);
+
+    const std::vector<std::string> expected = {
+        std::string("SetDllDirectoryA(\"") + kCoreDir + "\")",
+        std::string("LoadLibraryA(\"") + kCorePath + "\")",
+        "SetDllDirectoryA(null)",
+        "FormatMessageA(0x1100, null, 126, 0x400, buffer, 0)",
+        "MessageBoxA(null, \"LoadLibrary failed with error 126: The specified module could not be found.\r\n\", "
+        "\"Error\", 0x0)",
+        "MessageBoxA(null, \"Couldn't load C:/Prog/X/pelloran/data\\Core\\Core64.dll\", \"Error\", 0x0)",
+    };
+    EXPECT_EQ(callsOf({"SetDllDirectoryA", "LoadLibraryA", "FormatMessageA", "MessageBoxA"}), expected);
+    EXPECT_EQ(rec.count("RegisterClassA"), 0u);
+    EXPECT_EQ(rec.liveLocalBlocks(), 0u);  // both text buffers released
+
+    rec.clear();
+    EXPECT_EQ(loadCore(adaptor), 1);
+    EXPECT_EQ(rec.count("LoadLibraryA"), 1u);
+    EXPECT_EQ(rec.count("MessageBoxA"), 2u);
+}
+
+TEST_F(CoreLoaderTest, NoRegistryValueLooksBelowTheCurrentDrive) {
+    EXPECT_EQ(loadCore(adaptor), 1);
+    ASSERT_NE(rec.find("LoadLibraryA"), nullptr);
+    EXPECT_EQ(rec.find("LoadLibraryA")->str(0), "\\data\\core\\win\\x64\\core.dll");
+    ASSERT_EQ(rec.messageBoxes().size(), 2u);
+    EXPECT_EQ(rec.messageBoxes()[1].text, "Couldn't load \\Core\\Core64.dll");
+}
+
+TEST_F(CoreLoaderTest, AttachStartsTheRunLoopTimerAndDetachUndoesItInOrder) {
+    installCore();
+    ASSERT_EQ(loadCore(adaptor), 0);
+    ASSERT_EQ(log.attached.size(), 1u);
+    EXPECT_EQ(log.attached[0], static_cast<core::AdaptorInterface*>(adaptor));
+    EXPECT_EQ(adaptor->getCore(), &log.cores[0]);
+    ASSERT_NE(runLoopWindow(), nullptr);
+
+    const std::vector<std::string> windowCalls =
+        callsOf({"RegisterClassA", "GetModuleHandleA", "CreateWindowExA", "SetTimer"});
+    ASSERT_EQ(windowCalls.size(), 4u);
+    EXPECT_EQ(windowCalls[0], "RegisterClassA(\"PLRRunLoopWindow\", proc)");
+    EXPECT_EQ(windowCalls[1], "GetModuleHandleA(null)");
+    const std::string hostProgram = hexOf(rec.find("GetModuleHandleA")->result);
+    EXPECT_EQ(windowCalls[2], "CreateWindowExA(0x0, \"PLRRunLoopWindow\", \"\", 0x0, 0, 0, 0, 0, null, null, " +
+                                  hostProgram + ", null)");
+    const std::string window = hexOf(rec.find("CreateWindowExA")->result);
+    EXPECT_EQ(windowCalls[3], "SetTimer(" + window + ", 1, 40, null)");
+    EXPECT_EQ(rec.timerCount(), 1u);
+
+    // Timer ticks reach the core only while it is attached.
+    rec.pumpTimers(40);
+    rec.pumpTimers(80);
+    EXPECT_EQ(log.cores[0].steps, 2);
+    runLoopWindowProc(runLoopWindow(), 15, 0, 0);  // other messages only go to the default procedure
+    EXPECT_EQ(log.cores[0].steps, 2);
+
+    rec.clear();
+    EXPECT_EQ(detachCore(adaptor), 0);
+    const std::vector<std::string> detachCalls = rec.functions();
+    const std::vector<std::string> expectedOrder = {"DestroyWindow",  "GetModuleHandleA", "UnregisterClassA",
+                                                    "GetProcAddress", "FreeLibrary"};
+    EXPECT_EQ(detachCalls, expectedOrder);
+    EXPECT_EQ(rec.find("UnregisterClassA")->str(0), "PLRRunLoopWindow");
+    EXPECT_EQ(rec.find("GetProcAddress")->str(1), "detach");
+    ASSERT_EQ(log.detached.size(), 1u);
+    EXPECT_EQ(log.detached[0], &log.cores[0]);
+    EXPECT_EQ(adaptor->getCore(), nullptr);
+    EXPECT_EQ(adaptor->coreLibrary, nullptr);
+    EXPECT_EQ(runLoopWindow(), nullptr);
+    EXPECT_EQ(rec.loadedLibraries(), 0u);
+    EXPECT_EQ(rec.windowCount(), 0u);
+
+    // Nothing left to tick, and a second detach does nothing at all.
+    runLoopWindowProc(nullptr, pf::WmTimer, 1, 0);
+    EXPECT_EQ(log.cores[0].steps, 2);
+    rec.clear();
+    EXPECT_EQ(detachCore(adaptor), 0);
+    EXPECT_TRUE(rec.calls().empty());
+}
+
+TEST_F(CoreLoaderTest, TimerBeforeAttachCallsNothing) {
+    EXPECT_EQ(runLoopWindowProc(nullptr, pf::WmTimer, 1, 0), 0);
+    EXPECT_EQ(rec.count("DefWindowProcA"), 1u);
+    EXPECT_EQ(log.cores[0].steps, 0);
+}
+
+TEST_F(CoreLoaderTest, SecondLoadReplacesCoreAndWindowAndDetachFreesOnce) {
+    installCore();
+    ASSERT_EQ(loadCore(adaptor), 0);
+    pf::WindowHandle first = runLoopWindow();
+    ASSERT_EQ(loadCore(adaptor), 0);
+    pf::WindowHandle second = runLoopWindow();
+
+    EXPECT_EQ(log.attached.size(), 2u);
+    EXPECT_EQ(adaptor->getCore(), &log.cores[1]);
+    EXPECT_NE(first, second);
+    EXPECT_EQ(rec.count("RegisterClassA"), 2u);
+    EXPECT_EQ(rec.windowCount(), 2u);
+    EXPECT_EQ(rec.timerCount(), 2u);
+    EXPECT_EQ(rec.loadedLibraries(), 2u);
+
+    // Both windows tick, and both reach the latest core.
+    rec.pumpTimers(40);
+    EXPECT_EQ(log.cores[1].steps, 2);
+    EXPECT_EQ(log.cores[0].steps, 0);
+
+    detachCore(adaptor);
+    EXPECT_EQ(rec.count("DestroyWindow"), 1u);
+    EXPECT_EQ(rec.find("DestroyWindow")->args[0], hexOf(rec.find("CreateWindowExA", 1)->result));
+    EXPECT_EQ(rec.windowCount(), 1u);  // the first window lives on
+    EXPECT_EQ(rec.count("FreeLibrary"), 1u);
+    ASSERT_EQ(log.detached.size(), 1u);
+    EXPECT_EQ(log.detached[0], &log.cores[1]);
+
+    // The leftover window keeps ticking, into nothing.
+    rec.pumpTimers(80);
+    EXPECT_EQ(log.cores[1].steps, 2);
+}
+
+TEST_F(CoreLoaderTest, CoreWithoutItsExportsFailsCleanly) {
+    rec.setRegistryValue(kKey, "path", "C:/Prog/X");
+    rec.addLibrary(kCorePath, {{"detach", asData(&fakeDetach)}});
+    EXPECT_EQ(loadCore(adaptor), 1);
+    EXPECT_EQ(adaptor->getCore(), nullptr);
+    EXPECT_EQ(adaptor->coreLibrary, nullptr);
+    EXPECT_EQ(rec.loadedLibraries(), 0u);
+    EXPECT_EQ(rec.count("RegisterClassA"), 0u);
+    ASSERT_EQ(rec.messageBoxes().size(), 1u);
+    EXPECT_EQ(rec.messageBoxes()[0].caption, "Error");
+    EXPECT_EQ(rec.messageBoxes()[0].text.rfind("GetProcAddress failed with error 127: ", 0), 0u);
+}
+
+TEST_F(CoreLoaderTest, CoreWithoutDetachIsStillReleased) {
+    installCore(false);
+    ASSERT_EQ(loadCore(adaptor), 0);
+    EXPECT_EQ(detachCore(adaptor), 0);
+    EXPECT_EQ(adaptor->getCore(), nullptr);
+    EXPECT_EQ(rec.loadedLibraries(), 0u);
+    EXPECT_EQ(rec.windowCount(), 0u);
+    EXPECT_EQ(rec.messageBoxes().size(), 1u);
+}
+
+}  // namespace
+}  // namespace tvr::plr::adaptor::cinema4d
