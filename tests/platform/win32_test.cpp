@@ -1,0 +1,79 @@
+// The Win32 platform against the real system calls (run under wine by the Windows test script).
+#include <gtest/gtest.h>
+
+#include <cstdlib>
+#include <string>
+
+#include "error_codes.h"
+#include "message_box.h"
+#include "message_pump.h"
+#include "platform.h"
+#include "test_support.h"
+
+namespace tvr::platform {
+namespace {
+
+TEST(Win32Platform, ReadsTheInstallRootFromTheRegistry) {
+    Platform& p = systemPlatform();
+    KeyHandle key = nullptr;
+    long r = p.regOpenKeyEx(HKeyLocalMachine, "SOFTWARE\\Wow6432Node\\Tavrelo", 0, KeyRead, &key);
+    if (r == static_cast<long>(ErrorFileNotFound)) GTEST_SKIP() << "no install root in this registry";
+    ASSERT_EQ(r, ErrorSuccess);
+    char value[1024] = {};
+    std::uint32_t size = 4, type = 0;
+    EXPECT_EQ(p.regQueryValueEx(key, "path", &type, reinterpret_cast<unsigned char*>(value), &size),
+              static_cast<long>(ErrorMoreData));
+    std::uint32_t needed = size;
+    size = sizeof value;
+    ASSERT_EQ(p.regQueryValueEx(key, "path", &type, reinterpret_cast<unsigned char*>(value), &size), ErrorSuccess);
+    EXPECT_EQ(type, RegSz);
+    EXPECT_EQ(size, needed);
+    EXPECT_EQ(size, std::string(value).size() + 1);
+    if (const char* expected = std::getenv("PLR_EXPECTED_INSTALL_ROOT")) {
+        EXPECT_STREQ(value, expected);
+    }
+    EXPECT_EQ(p.regCloseKey(key), ErrorSuccess);
+}
+
+TEST(Win32Platform, HiddenWindowReceivesItsTimerUntilDestroyed) {
+    using test::TimerLog;
+    TimerLog::reset();
+    Platform& p = systemPlatform();
+    ModuleHandle program = p.getModuleHandle(nullptr);
+    ASSERT_NE(p.registerClass("PLRTestRunLoopWindow", &TimerLog::proc), 0);
+    WindowHandle w = p.createWindowEx(0, "PLRTestRunLoopWindow", "", 0, 0, 0, 0, 0, nullptr, nullptr, program, nullptr);
+    ASSERT_NE(w, nullptr) << "no window (is wine's graphics driver set?), error " << p.getLastError();
+    ASSERT_NE(p.setTimer(w, 1, 40, nullptr), 0u);
+
+    DWORD start = GetTickCount();
+    while (TimerLog::timers < 3 && GetTickCount() - start < 5000) {
+        pumpMessages(0);
+        Sleep(5);
+    }
+    EXPECT_GE(TimerLog::timers, 3);
+    EXPECT_EQ(TimerLog::lastId, 1u);
+    EXPECT_EQ(TimerLog::lastWindow, w);
+
+    EXPECT_TRUE(p.destroyWindow(w));
+    int seen = TimerLog::timers;
+    start = GetTickCount();
+    while (GetTickCount() - start < 200) {
+        pumpMessages(0);
+        Sleep(5);
+    }
+    EXPECT_EQ(TimerLog::timers, seen);
+    EXPECT_TRUE(p.unregisterClass("PLRTestRunLoopWindow", program));
+}
+
+TEST(Win32Platform, UnattendedEnvironmentTurnsBoxesIntoRecords) {
+    ASSERT_EQ(_putenv("PLR_UNATTENDED=1"), 0);  // set before the sink goes, so no real box can appear
+    setMessageBoxSink(nullptr);
+    clearRecordedMessageBoxes();
+    EXPECT_EQ(systemPlatform().messageBox(nullptr, "Couldn't load x", "Error", MbOk), IdOk);
+    setMessageBoxSink(&printAndRecordMessageBox);
+    ASSERT_EQ(recordedMessageBoxes().size(), 1u);
+    EXPECT_EQ(recordedMessageBoxes()[0].text, "Couldn't load x");
+}
+
+}  // namespace
+}  // namespace tvr::platform
