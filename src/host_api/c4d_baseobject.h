@@ -103,6 +103,10 @@ class PolygonObject : public PointObject {
   virtual CPolygon* GetPolygonW() = 0;
   // Keeps what fits; new entries are zero.
   virtual Bool ResizeObject(LONG pointCount, LONG polygonCount) = 0;
+  // Clears a part of the object. Selector 0 removes the polygons and keeps the points; selector 1
+  // removes the points and, as polygons refer to them, the polygons too. Tags stay as they are.
+  // flags must be 0; any other selector or flags answers false and changes nothing.
+  virtual Bool ClearPart(LONG selector, LONG flags) = 0;
 
  protected:
   ~PolygonObject() override = default;
