@@ -26,7 +26,8 @@ TEST(XmlElement, CopiesAreDeepAndSafe) {
     self = *self.child("a");
     EXPECT_EQ(self.name(), "a");
     EXPECT_EQ(self.text(), "hello");
-    self = self;
+    Element& alias = self;
+    self = alias;
     EXPECT_EQ(self.text(), "hello");
 
     // Data keeps the kind of its source; an added child is a copy.

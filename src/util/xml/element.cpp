@@ -6,7 +6,12 @@ namespace tvr::util::xml {
 
 namespace {
 
-const std::string kNoText;
+// Answer of the accessors for what is absent; built on first use so that
+// it is valid even during other files' static initialisation.
+const std::string& noText() {
+    static const std::string empty;
+    return empty;
+}
 
 }  // namespace
 
@@ -75,12 +80,16 @@ Element::~Element() { clearChildren(); }
 void Element::clearChildren() {
     if (children_.empty()) return;
     // Unlink grandchildren before each node dies, so destruction never recurses.
-    Children pending = std::move(children_);
+    // Nodes are freed in document order, the order the reader allocated them.
+    Children pending;
+    pending.reserve(children_.size());
+    for (auto it = children_.rbegin(); it != children_.rend(); ++it) pending.push_back(std::move(*it));
     children_.clear();
     while (!pending.empty()) {
         std::unique_ptr<Element> node = std::move(pending.back());
         pending.pop_back();
-        for (auto& c : node->children_) pending.push_back(std::move(c));
+        for (auto it = node->children_.rbegin(); it != node->children_.rend(); ++it)
+            pending.push_back(std::move(*it));
         node->children_.clear();
     }
 }
@@ -114,7 +123,7 @@ bool Element::hasAttribute(const std::string& name) const {
 
 const std::string& Element::attribute(const std::string& name) const {
     auto it = attributes_.find(name);
-    return it == attributes_.end() ? kNoText : it->second;
+    return it == attributes_.end() ? noText() : it->second;
 }
 
 void Element::setAttribute(const std::string& name, const std::string& value) {
@@ -141,12 +150,12 @@ const Element* Element::child(const std::string& name) const {
 
 const std::string& Element::text() const {
     if (!children_.empty() && children_.front()->kind_ == kText) return children_.front()->name_;
-    return kNoText;
+    return noText();
 }
 
 const std::string& Element::childText(const std::string& name) const {
     const Element* c = child(name);
-    return c ? c->text() : kNoText;
+    return c ? c->text() : noText();
 }
 
 bool Element::removeChild(const Element* child) {
