@@ -1,0 +1,117 @@
+#pragma once
+// The host-side part of every node the host makes (objects, tags, tracks,
+// documents, scene hooks): identity, tree links, own state, deep copies and
+// the swaps that undo and redo perform. The SDK-facing classes in node_impl.h
+// put an SDK interface in front of a HostNode.
+#include <cstdint>
+#include <ostream>
+#include <string>
+
+#include "host_api/c4d.h"
+
+namespace tvr::plr::embedded {
+
+class HostNode;
+class DocumentNode;
+class UndoRecord;
+
+enum class NodeKind { Object, Tag, Track, Document, SceneHook };
+enum class ListKind { None, Children, Tags, Tracks, Documents };
+// Who is responsible for freeing a node that is not in a list.
+enum class Ownership { Caller, Tree, Undo, Snapshot };
+
+struct NodeList {
+  HostNode* first = nullptr;
+  HostNode* last = nullptr;
+};
+
+class HostNode {
+ public:
+  HostNode(NodeKind kind, LONG type);
+  // Frees children, tags and tracks with it and forgets it in the registry.
+  virtual ~HostNode();
+  HostNode(const HostNode&) = delete;
+  HostNode& operator=(const HostNode&) = delete;
+
+  BaseList2D* iface() const { return iface_; }
+  // Called once by the factory: the SDK pointer, registered as allocated (and linkable when asked).
+  void attach(BaseList2D* iface, bool linkable);
+
+  // Own state: name, container and what subclasses add (transforms, keys, geometry, ...).
+  virtual void copyOwnFrom(const HostNode& src);
+  virtual void swapOwnWith(HostNode& other);
+  // One line of "key=value" fields, stable across runs.
+  virtual void dumpOwn(std::ostream& out) const;
+  // A new node of the same concrete class and type, with default state, registered.
+  virtual HostNode* makeBlank() const = 0;
+
+  // Tree.
+  HostNode* parentObject() const;  // objects only
+  DocumentNode* documentNode() const;
+  BaseDocument* documentIface() const;
+  NodeList* ownList(ListKind k);
+  // Moves this node into owner's list after pred (first when pred is null). Refuses cycles.
+  bool insertInto(HostNode* owner, ListKind list, HostNode* pred);
+  bool insertLastInto(HostNode* owner, ListKind list);
+  void unlink();
+  bool isAncestorOf(const HostNode* n) const;
+  bool inTree() const { return inList != ListKind::None; }
+
+  // SDK-level insertion relative to another node (InsertBefore/After/Under).
+  void insertRelative(GeListNode* other, int where);  // 0 before, 1 after, 2 under first, 3 under last
+
+  virtual bool getParameter(const DescID& id, GeData& out);
+  virtual bool setParameter(const DescID& id, const GeData& value);
+  virtual NodeData* nodeData() const { return nullptr; }
+  // Frees plug-in data (its code lives in a module); runs first in destruction.
+  virtual void releasePluginData() {}
+  virtual bool message(LONG id, void* data);
+  bool isInstanceOf(LONG t) const;
+
+  // Tracks.
+  CTrack* firstTrack() const;
+  CTrack* findTrack(const DescID& id) const;
+  void insertTrackSorted(CTrack* track);
+
+  // A copy with own state and, as asked, tags, tracks and children. keepMarkers makes an undo
+  // snapshot (same identities, not linkable); otherwise a clone with fresh identities.
+  HostNode* deepCopy(bool withTags, bool withTracks, bool withChildren, bool keepMarkers) const;
+  // Swaps own state and, as asked, lists with other; link registration follows the lists.
+  void swapWith(HostNode& other, bool withTags, bool withTracks, bool withChildren);
+  // Registers or unregisters the markers of this subtree (node, tags, tracks, children).
+  void setLinkableDeep(bool on);
+  void setOwnershipDeep(Ownership o);
+
+  const NodeKind kind;
+  const LONG type;
+  std::uint64_t marker = 0;
+  bool linkable = false;
+  Ownership ownership = Ownership::Caller;
+  UndoRecord* holder = nullptr;  // the undo record holding this node out of the scene
+  bool selected = false;
+
+  String name;
+  BaseContainer data;
+
+  HostNode* listOwner = nullptr;
+  ListKind inList = ListKind::None;
+  HostNode* prev = nullptr;
+  HostNode* next = nullptr;
+  NodeList children, tags, tracks;
+
+ private:
+  BaseList2D* iface_ = nullptr;
+};
+
+// Frees a node the way BaseObject::Free and friends do: out of the tree first. A node held by
+// an undo record becomes that record's snapshot instead, so undo can still bring it back.
+void destroyNode(HostNode* node);
+
+// The HostNode behind an SDK pointer made by this host; null for anything else.
+HostNode* nodeOf(const void* p);
+
+std::string describeNode(const HostNode* n);  // "Camera 'name'" for journals
+std::string describeData(const GeData& d);
+std::string describeDescID(const DescID& id);
+
+}  // namespace tvr::plr::embedded

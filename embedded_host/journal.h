@@ -1,0 +1,31 @@
+#pragma once
+// An ordered record of what modules asked of the host, for tests and hostsim.
+#include <cstddef>
+#include <string>
+#include <vector>
+
+namespace tvr::plr::embedded {
+
+struct JournalEntry {
+  std::string kind;  // the call: "AddUndo", "EventAdd", "GePrint", ...
+  std::string text;  // its arguments, rendered
+};
+
+class Journal {
+ public:
+  void add(std::string kind, std::string text);
+  void clear() { entries_.clear(); }
+
+  const std::vector<JournalEntry>& entries() const { return entries_; }
+  std::size_t size() const { return entries_.size(); }
+  // Entries of one kind, in order.
+  std::vector<JournalEntry> find(const std::string& kind) const;
+  std::size_t count(const std::string& kind) const;
+  // "kind text" lines joined by newlines.
+  std::string toString() const;
+
+ private:
+  std::vector<JournalEntry> entries_;
+};
+
+}  // namespace tvr::plr::embedded

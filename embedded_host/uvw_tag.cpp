@@ -1,0 +1,36 @@
+#include "uvw_tag.h"
+
+#include <ostream>
+
+namespace tvr::plr::embedded {
+
+void UVWTagNode::copyOwnFrom(const HostNode& src) {
+  TagNode::copyOwnFrom(src);
+  if (auto* t = dynamic_cast<const UVWTagNode*>(&src)) entries = t->entries;
+}
+
+void UVWTagNode::swapOwnWith(HostNode& other) {
+  TagNode::swapOwnWith(other);
+  if (auto* t = dynamic_cast<UVWTagNode*>(&other)) entries.swap(t->entries);
+}
+
+void UVWTagNode::dumpOwn(std::ostream& out) const {
+  TagNode::dumpOwn(out);
+  out << " uvw=" << entries.size();
+}
+
+bool UVWTagNode::resize(LONG count) {
+  if (count < 0 || count > (1 << 26)) return false;
+  entries.resize(std::size_t(count));
+  return true;
+}
+
+UVWStruct UVWTagImpl::GetSlow(LONG i) const {
+  return i >= 0 && std::size_t(i) < entries.size() ? entries[std::size_t(i)] : UVWStruct();
+}
+
+void UVWTagImpl::SetSlow(LONG i, const UVWStruct& s) {
+  if (i >= 0 && std::size_t(i) < entries.size()) entries[std::size_t(i)] = s;
+}
+
+}  // namespace tvr::plr::embedded
