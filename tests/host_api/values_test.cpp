@@ -1,0 +1,174 @@
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <random>
+
+#include "host_api/c4d.h"
+
+namespace {
+
+TEST(BaseTime, SecondsRoundToMillisecondsAndReduce) {
+  BaseTime t(1.5f);
+  EXPECT_EQ(t.GetNumerator(), 3);
+  EXPECT_EQ(t.GetDenominator(), 2);
+  EXPECT_DOUBLE_EQ(t.Get(), 1.5);
+
+  BaseTime near(2.0004f);  // 2000.4 ms rounds to 2000
+  EXPECT_EQ(near.GetNumerator(), 2);
+  EXPECT_EQ(near.GetDenominator(), 1);
+
+  BaseTime odd(0.0015f);  // 1.5 ms rounds up, 2/1000 reduces to 1/500
+  EXPECT_EQ(odd.GetNumerator(), 1);
+  EXPECT_EQ(odd.GetDenominator(), 500);
+
+  EXPECT_DOUBLE_EQ(BaseTime(1e16f).Get(), BaseTime(1e15f).Get());
+  EXPECT_DOUBLE_EQ(BaseTime(-1e16f).Get(), BaseTime(-1e15f).Get());
+  EXPECT_DOUBLE_EQ(BaseTime(NAN).Get(), 0.0);
+}
+
+TEST(BaseTime, FractionFormAndFrames) {
+  BaseTime t(2.6, 3.4);  // both rounded, not reduced
+  EXPECT_EQ(t.GetNumerator(), 3);
+  EXPECT_EQ(t.GetDenominator(), 3);
+  EXPECT_EQ(BaseTime(1.5f).GetFrame(30), 45);
+  EXPECT_EQ(BaseTime(1, 3).GetFrame(25), 8);       // 8.33 frames
+  EXPECT_EQ(BaseTime(-0.01f).GetFrame(30), 0);     // -0.3 truncates toward zero
+  EXPECT_EQ(BaseTime(-0.05f).GetFrame(30), -1);    // -1.5 truncates to -1
+  EXPECT_TRUE(BaseTime(1, 2) == BaseTime(500, 1000));
+  EXPECT_TRUE(BaseTime(1, 3) < BaseTime(0.334f));
+  EXPECT_DOUBLE_EQ((BaseTime(1, 3) + BaseTime(1, 6)).Get(), 0.5);
+  EXPECT_EQ(BaseTime(7, 0).GetDenominator(), 1);  // no division by zero
+}
+
+TEST(BaseContainer, KeepsInsertionOrderAndTypedDefaults) {
+  BaseContainer bc;
+  bc.SetLong(30, 1);
+  bc.SetString(10, "ten");
+  bc.SetReal(20, 2.5f);
+  bc.SetLong(30, 3);  // replacing keeps the place
+  EXPECT_EQ(bc.GetIndexId(0), 30);
+  EXPECT_EQ(bc.GetIndexId(1), 10);
+  EXPECT_EQ(bc.GetIndexId(2), 20);
+  EXPECT_EQ(bc.GetIndexId(3), NOTOK);
+  EXPECT_EQ(bc.GetLong(30), 3);
+
+  EXPECT_EQ(bc.GetLong(99), 0);
+  EXPECT_EQ(bc.GetLong(99, 7), 7);
+  EXPECT_EQ(bc.GetLong(10), 0);  // a string is not a LONG
+  EXPECT_EQ(bc.GetReal(30), 0.0f);
+  EXPECT_EQ(bc.GetString(20).ToStd(), "");
+  EXPECT_EQ(bc.GetVoid(10), nullptr);
+  EXPECT_EQ(bc.GetData(99).GetType(), DA_NIL);
+
+  BaseContainer copy = bc;
+  EXPECT_TRUE(copy == bc);
+  EXPECT_TRUE(copy.RemoveData(10));
+  EXPECT_FALSE(copy.RemoveData(10));
+  EXPECT_FALSE(copy == bc);
+  EXPECT_EQ(copy.GetIndexId(1), 20);
+}
+
+TEST(GeData, HoldsOneTypeAndAnswersZeroForOthers) {
+  EXPECT_EQ(GeData().GetType(), DA_NIL);
+  EXPECT_EQ(GeData(5).GetType(), DA_LONG);
+  EXPECT_EQ(GeData(true).GetLong(), 1);
+  EXPECT_EQ(GeData(0.5f).GetType(), DA_REAL);
+  EXPECT_EQ(GeData(0.5).GetType(), DA_LREAL);
+  EXPECT_EQ(GeData("x").GetType(), DA_STRING);
+  EXPECT_EQ(GeData(Vector(1, 2, 3)).GetVector(), Vector(1, 2, 3));
+  EXPECT_EQ(GeData(0.5f).GetLReal(), 0.0);
+  EXPECT_EQ(GeData(Vector(1, 2, 3)).GetReal(), 0.0f);
+  int x = 0;
+  EXPECT_EQ(GeData(static_cast<void*>(&x)).GetVoid(), &x);
+  EXPECT_TRUE(GeData(3) == GeData(3));
+  EXPECT_FALSE(GeData(3) == GeData(3.0f));
+}
+
+Matrix expectedHpb(double h, double p, double b) {
+  const double ch = std::cos(h), sh = std::sin(h), cp = std::cos(p), sp = std::sin(p), cb = std::cos(b),
+               sb = std::sin(b);
+  return Matrix(Vector(), Vector(Real(cb * ch - sb * sp * sh), Real(-sb * cp), Real(cb * sh + sb * sp * ch)),
+                Vector(Real(sb * ch + cb * sp * sh), Real(cb * cp), Real(sb * sh - cb * sp * ch)),
+                Vector(Real(-cp * sh), Real(sp), Real(cp * ch)));
+}
+
+void expectNear(const Vector& a, const Vector& b, float eps) {
+  EXPECT_NEAR(a.x, b.x, eps);
+  EXPECT_NEAR(a.y, b.y, eps);
+  EXPECT_NEAR(a.z, b.z, eps);
+}
+
+void expectNear(const Matrix& a, const Matrix& b, float eps) {
+  expectNear(a.off, b.off, eps);
+  expectNear(a.v1, b.v1, eps);
+  expectNear(a.v2, b.v2, eps);
+  expectNear(a.v3, b.v3, eps);
+}
+
+TEST(Rotation, HpbMatrixAndBackOnRandomAngles) {
+  std::mt19937 rng(7);
+  std::uniform_real_distribution<float> heading(0.0f, 6.28f), pitch(-1.5f, 1.5f), bank(-3.1f, 3.1f);
+  for (int i = 0; i < 200; ++i) {
+    const Vector hpb(heading(rng), pitch(rng), bank(rng));
+    const Matrix m = HPBToMatrix(hpb, ROTATIONORDER_HPB);
+    expectNear(m, expectedHpb(hpb.x, hpb.y, hpb.z), 1e-5f);
+    const Vector back = MatrixToHPB(m, ROTATIONORDER_HPB);
+    EXPECT_GE(back.x, 0.0f);
+    EXPECT_LT(back.x, 6.2832f);
+    expectNear(HPBToMatrix(back), m, 2e-5f);
+  }
+  // Scaled axes are normalised first; a negative heading comes back in [0, 2*pi).
+  Matrix scaled = HPBToMatrix(Vector(-0.5f, 0.2f, 0.1f));
+  scaled.v1 *= 3;
+  scaled.v3 *= 0.5f;
+  expectNear(MatrixToHPB(scaled), Vector(6.2831853f - 0.5f, 0.2f, 0.1f), 1e-4f);
+  // Gimbal lock still gives a matrix that reproduces the rotation.
+  const Matrix locked = HPBToMatrix(Vector(0.3f, 1.5707964f, 0.0f));
+  expectNear(HPBToMatrix(MatrixToHPB(locked)), locked, 1e-4f);
+}
+
+TEST(Matrix, ProductInverseAndPointMapping) {
+  Matrix a = HPBToMatrix(Vector(0.4f, -0.3f, 1.2f));
+  a.off = Vector(1, 2, 3);
+  a.v2 *= 2.0f;
+  Matrix b = HPBToMatrix(Vector(2.0f, 0.1f, -0.7f));
+  b.off = Vector(-5, 0.5f, 4);
+  const Vector p(0.25f, -1.5f, 2.0f);
+  expectNear((a * b) * p, a * (b * p), 1e-4f);
+  expectNear(a * !a, Matrix(), 1e-5f);
+  expectNear(!a * (a * p), p, 1e-4f);
+  EXPECT_EQ(!Matrix(Vector(), Vector(), Vector(0, 1, 0), Vector(0, 0, 1)), Matrix());  // singular: identity
+  EXPECT_EQ(Matrix(Vector(1, 1, 1), Vector(1, 0, 0), Vector(0, 1, 0), Vector(0, 0, 1)) * Vector(1, 2, 3),
+            Vector(2, 3, 4));
+}
+
+TEST(DescID, LevelsCompareByIdWithWildcardTypes) {
+  const DescID posX(DescLevel(ID_BASEOBJECT_POSITION, DTYPE_VECTOR, 0), DescLevel(VECTOR_X, DTYPE_REAL, 0));
+  EXPECT_EQ(posX.GetDepth(), 2);
+  EXPECT_EQ(posX[1].id, VECTOR_X);
+  EXPECT_EQ(posX[5].id, 0);
+  EXPECT_TRUE(posX == DescID(DescLevel(ID_BASEOBJECT_POSITION), DescLevel(VECTOR_X)));
+  EXPECT_FALSE(posX == DescID(DescLevel(ID_BASEOBJECT_POSITION, DTYPE_REAL, 0), DescLevel(VECTOR_X)));
+  EXPECT_FALSE(posX == DescID(DescLevel(ID_BASEOBJECT_POSITION)));
+  EXPECT_FALSE(posX == DescID(DescLevel(ID_BASEOBJECT_POSITION), DescLevel(VECTOR_Y)));
+}
+
+TEST(Text, StringsAreExactAndFilenamesSplit) {
+  const char utf8[] = "Gr\xC3\xBC\xC3\x9F" "e";
+  String s(utf8);
+  EXPECT_EQ(s.GetLength(), 7);
+  char buf[5];
+  EXPECT_EQ(s.GetCString(buf, sizeof buf), 4);
+  EXPECT_STREQ(buf, "Gr\xC3\xBC");
+  EXPECT_EQ(s.GetCString(buf, 0), 0);
+  EXPECT_EQ((String("a") + String("b")).ToStd(), "ab");
+  EXPECT_EQ(LongToString(-12).ToStd(), "-12");
+
+  Filename f(String("C:\\plugins\\pelloran\\mod.cdl64"));
+  EXPECT_EQ(f.GetFile().GetString().ToStd(), "mod.cdl64");
+  EXPECT_EQ(f.GetDirectory().GetString().ToStd(), "C:\\plugins\\pelloran");
+  EXPECT_EQ((Filename("/a/b") + Filename("c")).GetString().ToStd(), "/a/b/c");
+  EXPECT_FALSE(Filename().Content());
+}
+
+}  // namespace
