@@ -29,3 +29,23 @@ endif()
 
 install(TARGETS pelloran LIBRARY DESTINATION plugins/pelloran RUNTIME DESTINATION plugins/pelloran)
 install(FILES ${PROJECT_SOURCE_DIR}/res/mainicon.tif DESTINATION plugins/pelloran/res)
+
+# A registry file that names the installation root (<prefix>/root, where the
+# sample core is installed), for hostsim --registry. Written at install time,
+# when the prefix is known. A Windows tree installed from Linux is run by wine,
+# which sees the Linux file system as drive Z:.
+if(WIN32 AND CMAKE_HOST_UNIX)
+  set(PLR_REGISTRY_DRIVE "Z:")
+else()
+  set(PLR_REGISTRY_DRIVE "")
+endif()
+install(CODE "
+  file(TO_CMAKE_PATH \"\${CMAKE_INSTALL_PREFIX}\" plr_prefix)
+  get_filename_component(plr_prefix \"\${plr_prefix}\" ABSOLUTE)
+  set(plr_root \"${PLR_REGISTRY_DRIVE}\${plr_prefix}/root\")
+  string(REPLACE \"\\\\\" \"\\\\\\\\\" plr_root \"\${plr_root}\")
+  string(REPLACE \"\\\"\" \"\\\\\\\"\" plr_root \"\${plr_root}\")
+  message(STATUS \"Writing \${plr_prefix}/pelloran.reg (root \${plr_root})\")
+  file(WRITE \"\$ENV{DESTDIR}\${plr_prefix}/pelloran.reg\"
+    \"REGEDIT4\\n\\n[HKEY_LOCAL_MACHINE\\\\SOFTWARE\\\\Wow6432Node\\\\Tavrelo]\\n\\\"path\\\"=\\\"\${plr_root}\\\"\\n\")
+")

@@ -1,0 +1,74 @@
+#include "embedded_driver.h"
+
+#include <cmath>
+#include <vector>
+
+namespace hostsim {
+
+namespace {
+const char* const kNotSupported = "not supported by this host yet";
+}
+
+std::string EmbeddedDriver::newDocument() {
+    return host_.newDocument() ? "" : "the host made no document";
+}
+
+std::string EmbeddedDriver::openDocument(const std::string&) { return kNotSupported; }
+
+std::string EmbeddedDriver::saveDocument(const std::string&) { return kNotSupported; }
+
+std::string EmbeddedDriver::closeDocument() {
+    BaseDocument* doc = host_.activeDocument();
+    if (!doc) return "no document is open";
+    host_.removeDocument(doc);
+    return "";
+}
+
+std::string EmbeddedDriver::activateDocument(std::int64_t index) {
+    const std::vector<BaseDocument*> docs = host_.documents();
+    if (index < 1 || static_cast<std::size_t>(index) > docs.size())
+        return "no document " + std::to_string(index) + " (" + std::to_string(docs.size()) + " open)";
+    host_.activateDocument(docs[static_cast<std::size_t>(index - 1)]);
+    return "";
+}
+
+std::string EmbeddedDriver::runCommand(std::int64_t id) {
+    return host_.runCommand(static_cast<LONG>(id)) ? "" : "no command plug-in " + std::to_string(id);
+}
+
+std::string EmbeddedDriver::run(double seconds) {
+    const auto ms = static_cast<std::uint64_t>(std::llround(seconds * 1000.0));
+    if (realTime_) {
+        host_.runRealTime(ms);
+    } else {
+        host_.advance(ms);
+    }
+    return "";
+}
+
+std::string EmbeddedDriver::undo() { return host_.undo() ? "" : "nothing to undo"; }
+
+std::string EmbeddedDriver::redo() { return host_.redo() ? "" : "nothing to redo"; }
+
+std::string EmbeddedDriver::printTree(std::ostream& out) {
+    BaseDocument* doc = host_.activeDocument();
+    if (!doc) return "no document is open";
+    const std::string tree = host_.dump(doc);
+    out << "== tree\n" << tree;
+    if (!tree.empty() && tree.back() != '\n') out << "\n";
+    return "";
+}
+
+std::string EmbeddedDriver::printConsole(std::ostream& out) {
+    out << "== console (" << host_.console().size() << " lines)\n";
+    for (const std::string& line : host_.console()) out << line << "\n";
+    return "";
+}
+
+std::string EmbeddedDriver::printJournal(std::ostream& out) {
+    out << "== journal (" << host_.journal().size() << " entries)\n";
+    for (const tvr::plr::embedded::JournalEntry& e : host_.journal().entries()) out << e.kind << " " << e.text << "\n";
+    return "";
+}
+
+}  // namespace hostsim

@@ -1,0 +1,35 @@
+// The session's host: the embedded host, with the user's view of it.
+#pragma once
+
+#include <string>
+
+#include "embedded_host.h"
+#include "host_driver.h"
+
+namespace hostsim {
+
+class EmbeddedDriver : public HostDriver {
+public:
+    // realTime: `run` waits for real time instead of moving the virtual clock
+    // (the system's own timers only fire in real time).
+    EmbeddedDriver(tvr::plr::embedded::EmbeddedHost& host, bool realTime) : host_(host), realTime_(realTime) {}
+
+    std::string newDocument() override;
+    std::string openDocument(const std::string& file) override;
+    std::string saveDocument(const std::string& file) override;
+    std::string closeDocument() override;
+    std::string activateDocument(std::int64_t index) override;
+    std::string runCommand(std::int64_t id) override;
+    std::string run(double seconds) override;
+    std::string undo() override;
+    std::string redo() override;
+    std::string printTree(std::ostream& out) override;
+    std::string printConsole(std::ostream& out) override;
+    std::string printJournal(std::ostream& out) override;
+
+private:
+    tvr::plr::embedded::EmbeddedHost& host_;
+    bool realTime_;
+};
+
+}  // namespace hostsim

@@ -1,0 +1,30 @@
+// What a session needs from a host. Each operation answers an empty string on
+// success or the reason it failed; output goes to the stream given.
+#pragma once
+
+#include <cstdint>
+#include <ostream>
+#include <string>
+
+namespace hostsim {
+
+class HostDriver {
+public:
+    virtual ~HostDriver() = default;
+
+    virtual std::string newDocument() = 0;
+    virtual std::string openDocument(const std::string& file) = 0;
+    virtual std::string saveDocument(const std::string& file) = 0;
+    virtual std::string closeDocument() = 0;
+    virtual std::string activateDocument(std::int64_t index) = 0;
+    virtual std::string runCommand(std::int64_t id) = 0;
+    // Lets virtual time pass, running the host's event loop in timer steps.
+    virtual std::string run(double seconds) = 0;
+    virtual std::string undo() = 0;
+    virtual std::string redo() = 0;
+    virtual std::string printTree(std::ostream& out) = 0;
+    virtual std::string printConsole(std::ostream& out) = 0;
+    virtual std::string printJournal(std::ostream& out) = 0;
+};
+
+}  // namespace hostsim

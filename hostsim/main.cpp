@@ -1,0 +1,177 @@
+// hostsim: the command-line host. Loads the modules of a plug-ins folder into
+// the embedded host and plays a session script, or reads commands typed in,
+// printing what the host shows its user: console lines, dialogs, message boxes.
+#include <algorithm>
+#include <cstdio>
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <iostream>
+#include <memory>
+#include <sstream>
+#include <string>
+#include <vector>
+
+#if defined(_WIN32)
+#include <io.h>
+#define WIN32_LEAN_AND_MEAN
+#include <windows.h>
+#else
+#include <unistd.h>
+#endif
+
+#include "embedded_driver.h"
+#include "embedded_host.h"
+#include "message_box.h"
+#include "message_pump.h"
+#include "platform.h"
+#include "registry_file_platform.h"
+#include "session.h"
+
+namespace fs = std::filesystem;
+
+namespace {
+
+constexpr const char* kUsage =
+    "usage: hostsim [--registry FILE] [--plugins DIR] [--real-time] [SCRIPT]\n"
+    "Loads every module of the plug-ins folder (default: ../plugins beside hostsim),\n"
+    "then plays SCRIPT, or reads commands from the input when none is given:\n"
+    "  new | open FILE | save FILE | close | activate N | command ID | run SECONDS\n"
+    "  undo | redo | tree | console | journal | quit        (# starts a comment)\n";
+
+#if defined(_WIN32)
+constexpr const char* kModuleSuffix = ".cdl64";
+#else
+constexpr const char* kModuleSuffix = ".so";
+#endif
+
+struct Options {
+    std::string registry;
+    std::string plugins;
+    std::string script;
+    bool realTime = false;
+};
+
+fs::path programDirectory(const char* argv0) {
+#if defined(_WIN32)
+    char path[MAX_PATH] = {};
+    if (GetModuleFileNameA(nullptr, path, MAX_PATH) > 0) return fs::path(path).parent_path();
+#else
+    std::error_code ec;
+    fs::path self = fs::read_symlink("/proc/self/exe", ec);
+    if (!ec) return self.parent_path();
+#endif
+    return fs::absolute(fs::path(argv0)).parent_path();
+}
+
+bool interactiveInput() {
+#if defined(_WIN32)
+    return _isatty(_fileno(stdin)) != 0;
+#else
+    return isatty(STDIN_FILENO) != 0;
+#endif
+}
+
+// Boxes never block here: they are printed where the session's output goes.
+int printMessageBox(const char* text, const char* caption, std::uint32_t) {
+    std::printf("[MessageBox] %s: %s\n", caption ? caption : "", text ? text : "");
+    std::fflush(stdout);
+    return 1;  // IDOK
+}
+
+std::vector<fs::path> findModules(const fs::path& folder) {
+    std::vector<fs::path> modules;
+    std::error_code ec;
+    for (fs::recursive_directory_iterator it(folder, ec), end; !ec && it != end; it.increment(ec)) {
+        if (it->is_regular_file(ec) && it->path().extension() == kModuleSuffix) modules.push_back(it->path());
+    }
+    std::sort(modules.begin(), modules.end());
+    return modules;
+}
+
+bool parseArguments(int argc, char** argv, Options& options) {
+    for (int i = 1; i < argc; ++i) {
+        const std::string arg = argv[i];
+        if ((arg == "--registry" || arg == "--plugins") && i + 1 < argc) {
+            (arg == "--registry" ? options.registry : options.plugins) = argv[++i];
+        } else if (arg == "--real-time") {
+            options.realTime = true;
+        } else if (arg == "--help" || arg == "-h") {
+            std::cout << kUsage;
+            std::exit(0);
+        } else if (!arg.empty() && arg[0] != '-' && options.script.empty()) {
+            options.script = arg;
+        } else {
+            std::cerr << "hostsim: unexpected argument \"" << arg << "\"\n" << kUsage;
+            return false;
+        }
+    }
+    return true;
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+    Options options;
+    if (!parseArguments(argc, argv, options)) return 2;
+
+    std::ifstream script;
+    if (!options.script.empty()) {
+        script.open(options.script);
+        if (!script) {
+            std::cerr << "hostsim: cannot read " << options.script << "\n";
+            return 2;
+        }
+    }
+
+    std::unique_ptr<hostsim::RegistryFilePlatform> registryPlatform;
+    if (!options.registry.empty()) {
+        std::ifstream in(options.registry, std::ios::binary);
+        if (!in) {
+            std::cerr << "hostsim: cannot read " << options.registry << "\n";
+            return 2;
+        }
+#if defined(_WIN32)
+        std::ostringstream text;
+        text << in.rdbuf();
+        registryPlatform = std::make_unique<hostsim::RegistryFilePlatform>(
+            tvr::platform::platform(), hostsim::RegistryFilePlatform::parse(text.str()));
+        tvr::platform::setPlatform(registryPlatform.get());
+#else
+        // The emulated registry reads this file at every key it opens.
+        setenv("PLR_REGISTRY_FILE", options.registry.c_str(), 1);
+#endif
+    }
+    tvr::platform::setMessageBoxSink(&printMessageBox);
+
+    tvr::plr::embedded::HostOptions hostOptions;
+    hostOptions.echoConsole = true;
+    int status = 0;
+    {
+        tvr::plr::embedded::EmbeddedHost host(hostOptions);
+        host.setMessagePump([](std::uint64_t nowMs) { tvr::platform::pumpMessages(nowMs); });
+
+        const fs::path plugins =
+            options.plugins.empty() ? programDirectory(argv[0]) / ".." / "plugins" : fs::path(options.plugins);
+        const std::vector<fs::path> modules = findModules(plugins);
+        if (modules.empty()) std::cerr << "hostsim: no modules in " << plugins.string() << "\n";
+        for (const fs::path& module : modules) {
+            std::string error;
+            if (!host.loadModule(module.string(), &error)) {
+                std::cerr << "hostsim: " << error << "\n";
+                status = 1;
+            }
+        }
+        host.newDocument();
+
+        hostsim::EmbeddedDriver driver(host, options.realTime);
+        hostsim::Session session(driver, std::cout, std::cerr);
+        const int played = options.script.empty() ? session.interact(std::cin, interactiveInput())
+                                                  : session.playScript(script, options.script);
+        status = std::max(status, played);
+        host.shutdown();
+    }
+    tvr::platform::setPlatform(nullptr);
+    std::fflush(stdout);
+    return status;
+}

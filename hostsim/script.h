@@ -1,0 +1,40 @@
+// Session scripts: one command a line, '#' starts a comment.
+#pragma once
+
+#include <cstdint>
+#include <istream>
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace hostsim {
+
+enum class Verb { New, Open, Save, Close, Activate, Command, Run, Undo, Redo, Tree, Console, Journal, Quit };
+
+struct Command {
+    Verb verb = Verb::Quit;
+    std::string text;        // file name of open and save
+    std::int64_t number = 0;  // document index of activate, plug-in id of command
+    double seconds = 0.0;     // run
+    int line = 0;             // 1-based line in the script
+};
+
+struct ParseResult {
+    std::optional<Command> command;  // empty for a blank or comment line
+    std::string error;               // set when the line is not a command
+};
+
+// Parses one line. A blank line or a comment gives neither command nor error.
+ParseResult parseLine(const std::string& line, int lineNumber);
+
+struct Script {
+    std::vector<Command> commands;
+    std::string error;  // "line N: ..." for the first bad line; no commands then
+};
+
+// Parses a whole script; a bad line rejects the script before anything runs.
+Script parseScript(std::istream& in);
+
+const char* verbName(Verb verb);
+
+}  // namespace hostsim
