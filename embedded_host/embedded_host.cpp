@@ -7,6 +7,7 @@
 
 #include "crash_handler.h"
 #include "document_node.h"
+#include "geometry_kinds.h"
 #include "host_context.h"
 #include "host_table.h"
 #include "module_loader.h"
@@ -31,6 +32,7 @@ EmbeddedHost::EmbeddedHost(const HostOptions& options) : options_(options), cont
   fillHostTable(options.apiVersion);
   C4DOS() = &hostTable();
   registerPlainObjectKinds();
+  registerGeometryKinds();
   if (options.timerStepMs == 0) options_.timerStepMs = 1;
   nextTick_ = options_.timerStepMs;
   if (options.crashHandlers) installCrashHandlers();

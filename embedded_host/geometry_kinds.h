@@ -1,6 +1,7 @@
 #pragma once
 // Registers the geometry kinds with the running host: polygon objects, spline
-// objects and texture-coordinate tags.
+// objects, texture-coordinate tags, and the ray collider's table services
+// (after the table is filled).
 namespace tvr::plr::embedded {
 
 void registerGeometryKinds();

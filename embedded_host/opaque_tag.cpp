@@ -1,0 +1,30 @@
+#include "opaque_tag.h"
+
+#include <ostream>
+
+namespace tvr::plr::embedded {
+
+HostNode* OpaqueTagNode::makeBlank() const { return createNode<OpaqueTagImpl>(type); }
+
+void OpaqueTagNode::copyOwnFrom(const HostNode& src) {
+  TagNode::copyOwnFrom(src);
+  if (auto* t = dynamic_cast<const OpaqueTagNode*>(&src)) record = t->record;
+}
+
+void OpaqueTagNode::swapOwnWith(HostNode& other) {
+  TagNode::swapOwnWith(other);
+  if (auto* t = dynamic_cast<OpaqueTagNode*>(&other)) record.swap(t->record);
+}
+
+void OpaqueTagNode::dumpOwn(std::ostream& out) const {
+  TagNode::dumpOwn(out);
+  out << " opaque=" << record.dump();
+}
+
+OpaqueTagImpl* makeOpaqueTag(LONG type, nlohmann::json record) {
+  OpaqueTagImpl* tag = createNode<OpaqueTagImpl>(type);
+  tag->record = std::move(record);
+  return tag;
+}
+
+}  // namespace tvr::plr::embedded
