@@ -41,14 +41,32 @@ class EmbeddedHost {
   // Ends modules (3), frees plug-in data and documents, unloads modules. Idempotent.
   void shutdown();
 
-  // Documents (created, activated and removed here only).
+  // Documents (created, activated and removed here only). Scene hooks hear each step as
+  // MSG_DOCUMENTINFO: new or switch 1001 to the one left, then 1000; open 1001, then the
+  // opened document is active and hears 1002 and 1000; save 1004, the file written, 1005;
+  // close 1001 (when active), 1008, then the neighbour or a new empty document becomes active.
   BaseDocument* newDocument(const std::string& name = "Untitled");
   BaseDocument* activeDocument() const;
   void activateDocument(BaseDocument* doc);
+  // By position in the document list; false when there is none there.
+  bool activateDocumentAt(std::size_t index);
   void removeDocument(BaseDocument* doc);
+  // The active document when doc is null.
+  void closeDocument(BaseDocument* doc = nullptr);
   // Adds a document made elsewhere (BaseDocument::Alloc) to the host's list.
   void insertDocument(BaseDocument* doc);
   std::vector<BaseDocument*> documents() const;
+  // A scene file becomes a new active document; on failure nothing changes, the console
+  // and a dialog say why, and so does *error.
+  BaseDocument* openDocument(const std::string& path, std::string* error = nullptr);
+  // Writes doc (the active one when null) to path, which it is then named after. A failed
+  // save reports like a failed open and leaves an earlier file at path as it was.
+  bool saveDocument(BaseDocument* doc, const std::string& path, std::string* error = nullptr);
+  // One line per object, indented by depth: name, [type], tags and track count.
+  std::string tree(BaseDocument* doc = nullptr) const;
+  // The world container to and from a preferences file.
+  bool savePreferences(const std::string& path, std::string* error = nullptr) const;
+  bool loadPreferences(const std::string& path, std::string* error = nullptr);
 
   // The user's actions.
   bool runCommand(LONG id);
@@ -81,6 +99,7 @@ class EmbeddedHost {
   bool startModule(std::unique_ptr<Module> m, std::string* error);
   void deliverSpecialEvents();
   void freeDocuments();
+  std::string untitledName();
 
   HostOptions options_;
   std::unique_ptr<HostContext> context_;

@@ -21,6 +21,7 @@
 namespace tvr::plr::embedded::scenefile {
 
 const char* const kFormatName = "embedded-host-scene";
+const char* const kPreferencesName = "embedded-host-preferences";
 
 namespace {
 
@@ -151,6 +152,7 @@ class Writer {
     return t;
   }
 
+ public:
   void putData(Json& owner, const BaseContainer& bc) {
     if (bc.GetCount() == 0 && bc.GetId() == 0) return;
     Json entries = Json::array();
@@ -158,6 +160,8 @@ class Writer {
     owner["data"] = {{"id", bc.GetId()}, {"entries", std::move(entries)}};
   }
 
+
+ private:
   Json entry(LONG id, const GeData& d) {
     switch (d.GetType()) {
       case DA_LONG: return Json::array({id, "long", d.GetLong()});
@@ -208,20 +212,14 @@ class Loader {
 
   ~Loader() { delete doc_; }
 
-  DocumentImpl* load(const Json& root) {
-    r_.object(root);
-    {
-      const Json& format = r_.member(root, "format");
-      Reader::Scope s(r_, "format");
-      if (!format.is_string() || format.get_ref<const std::string&>() != kFormatName)
-        r_.fail(std::string("not a scene file (expected \"") + kFormatName + "\")");
-    }
-    const std::int32_t version = r_.int32(root, "version");
-    if (version > kFormatVersion)
-      r_.fail("file format version " + std::to_string(version) + " is newer than this host reads (" +
-              std::to_string(kFormatVersion) + ")");
-    if (version < 1) r_.fail("file format version " + std::to_string(version) + " does not exist");
+  void loadPreferences(const Json& root, BaseContainer* out) {
+    checkHeader(root, kPreferencesName);
+    readData(root, out);
+    if (!pending_.empty()) r_.fail("preferences cannot hold links");
+  }
 
+  DocumentImpl* load(const Json& root) {
+    checkHeader(root, kFormatName);
     doc_ = makeDocument();
     {
       const Json& settings = r_.member(root, "document");
@@ -243,6 +241,21 @@ class Loader {
   }
 
  private:
+  void checkHeader(const Json& root, const char* name) {
+    r_.object(root);
+    {
+      const Json& format = r_.member(root, "format");
+      Reader::Scope s(r_, "format");
+      if (!format.is_string() || format.get_ref<const std::string&>() != name)
+        r_.fail(std::string("not the expected kind of file (\"") + name + "\")");
+    }
+    const std::int32_t version = r_.int32(root, "version");
+    if (version > kFormatVersion)
+      r_.fail("file format version " + std::to_string(version) + " is newer than this host reads (" +
+              std::to_string(kFormatVersion) + ")");
+    if (version < 1) r_.fail("file format version " + std::to_string(version) + " does not exist");
+  }
+
   struct PendingLink {
     BaseContainer* container;
     LONG id;
@@ -616,6 +629,32 @@ DocumentImpl* read(const std::string& text, std::string* error) {
   } catch (const std::bad_alloc&) {
     return report("out of memory while reading the scene");
   }
+}
+
+std::string writePreferences(const BaseContainer& world) {
+  Json out = Json::object();
+  out["format"] = kPreferencesName;
+  out["version"] = kFormatVersion;
+  Writer().putData(out, world);
+  return out.dump(1, '\t');
+}
+
+bool readPreferences(const std::string& text, BaseContainer* world, std::string* error) {
+  HostContext* c = context();
+  try {
+    if (!c) throw FormatError("no host is running");
+    const Json root = Json::parse(text);
+    if (depthOf(root) > 16) throw FormatError("nested too deeply");
+    BaseContainer read;
+    Loader(*c).loadPreferences(root, &read);
+    *world = std::move(read);
+    return true;
+  } catch (const Json::parse_error& e) {
+    if (error) *error = std::string("not a preferences file: ") + e.what();
+  } catch (const FormatError& e) {
+    if (error) *error = e.what();
+  }
+  return false;
 }
 
 bool writeFile(const std::string& path, const std::string& text, std::string* error) {

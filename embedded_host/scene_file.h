@@ -35,6 +35,13 @@ std::string write(const DocumentNode& doc);
 // hooks, named by nothing. Null on failure with *error saying what and where.
 DocumentImpl* read(const std::string& text, std::string* error);
 
+// The host's world container as a preferences file:
+//   {"format": "embedded-host-preferences", "version": 1, "data": {...}}
+extern const char* const kPreferencesName;
+std::string writePreferences(const BaseContainer& world);
+// Replaces *world only when the whole text reads.
+bool readPreferences(const std::string& text, BaseContainer* world, std::string* error);
+
 // Writes a temporary file beside path and renames it over path, so a failed
 // save leaves an earlier file as it was.
 bool writeFile(const std::string& path, const std::string& text, std::string* error);
