@@ -28,9 +28,14 @@ if ! cmake --preset mingw; then
   exit 1
 fi
 # Keep going past a broken target so that everything that does build is still run.
-cmake --build --preset mingw -j "$jobs" -- -k 0 || fail "build (see the errors above)"
 rm -rf "$install_dir"
-cmake --install "$build" --prefix "$install_dir" >/dev/null || fail "install"
+if cmake --build --preset mingw -j "$jobs" -- -k 0; then
+  cmake --install "$build" --prefix "$install_dir" >/dev/null || fail "install"
+else
+  fail "build (see the errors above)"
+  # Install what did build; the missing files are the build failure's, not counted again.
+  cmake --install "$build" --prefix "$install_dir" >/dev/null 2>&1 || true
+fi
 
 echo "== fresh wine prefix"
 export WINEPREFIX=$root_dir/$build/wineprefix
