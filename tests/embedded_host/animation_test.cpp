@@ -1,0 +1,127 @@
+#include "host_fixture.h"
+
+namespace tvr::plr::embedded::testing {
+namespace {
+
+const DescID kPosX(DescLevel(ID_BASEOBJECT_POSITION, DTYPE_VECTOR, 0), DescLevel(VECTOR_X, DTYPE_REAL, 0));
+
+class AnimationTest : public HostTest {
+ protected:
+  void SetUp() override {
+    op = add("animated");
+    track = CTrack::Alloc(op, kPosX);
+    op->InsertTrackSorted(track);
+    curve = track->GetCurve(CCURVE_CURVE, true);
+  }
+
+  CKey* key(double seconds, Real value, LONG interpolation) {
+    CKey* k = curve->AddKey(BaseTime(Real(seconds)));
+    k->SetValue(curve, value);
+    k->SetInterpolation(curve, interpolation);
+    return k;
+  }
+
+  Real at(double seconds) { return track->GetValue(doc, BaseTime(Real(seconds)), 30); }
+
+  BaseObject* op = nullptr;
+  CTrack* track = nullptr;
+  CCurve* curve = nullptr;
+};
+
+TEST_F(AnimationTest, KeysStaySortedAndUniquePerTime) {
+  key(2.0, 20, CINTERPOLATION_LINEAR);
+  CKey* first = key(1.0, 10, CINTERPOLATION_LINEAR);
+  key(3.0, 30, CINTERPOLATION_LINEAR);
+  ASSERT_EQ(curve->GetKeyCount(), 3);
+  EXPECT_EQ(curve->GetKey(0), first);
+  EXPECT_DOUBLE_EQ(curve->GetKey(2)->GetTime().Get(), 3.0);
+
+  LONG index = -5;
+  EXPECT_EQ(curve->AddKey(BaseTime(2000, 1000), &index), curve->GetKey(1));  // same time: the same key
+  EXPECT_EQ(index, 1);
+  EXPECT_EQ(curve->GetKeyCount(), 3);
+
+  index = -5;
+  EXPECT_EQ(curve->FindKey(BaseTime(3, 1), &index, FINDANIM_EXACT), curve->GetKey(2));
+  EXPECT_EQ(index, 2);
+  EXPECT_EQ(curve->FindKey(BaseTime(2.5f), &index, FINDANIM_EXACT), nullptr);
+  EXPECT_EQ(index, 2);  // untouched when not found
+
+  EXPECT_FALSE(curve->DelKey(3));
+  EXPECT_FALSE(curve->DelKey(-1));
+  EXPECT_TRUE(curve->DelKey(0));
+  EXPECT_EQ(curve->GetKeyCount(), 2);
+  EXPECT_EQ(curve->GetTrack(), track);
+  EXPECT_EQ(track->GetCurve(99, true), nullptr);
+
+  // Moving a key in time keeps the order.
+  curve->GetKey(1)->SetTime(curve, BaseTime(0.5f));
+  EXPECT_DOUBLE_EQ(curve->GetKey(0)->GetTime().Get(), 0.5);
+}
+
+TEST_F(AnimationTest, ValuesHoldOutsideAndInterpolateByTheLeftKey) {
+  EXPECT_EQ(at(1.0), 0.0f);  // no keys
+  key(1.0, 10, CINTERPOLATION_STEP);
+  key(2.0, 20, CINTERPOLATION_LINEAR);
+  key(3.0, 40, CINTERPOLATION_SPLINE);
+  key(4.0, 10, CINTERPOLATION_LINEAR);
+  EXPECT_FLOAT_EQ(at(0.0), 10);   // before the first key
+  EXPECT_FLOAT_EQ(at(9.0), 10);   // after the last key
+  EXPECT_FLOAT_EQ(at(1.0), 10);
+  EXPECT_FLOAT_EQ(at(1.9f), 10);  // step holds the left key
+  EXPECT_FLOAT_EQ(at(2.0), 20);
+  EXPECT_FLOAT_EQ(at(2.25), 25);  // linear
+  // Spline from 3 to 4: tangent at 3 is the slope from 2 to 4 ((10-20)/2 = -5), at the last key flat.
+  const double s = 0.5, h = 1.0, m0 = -5.0, m1 = 0.0;
+  const double expected = (2 * s * s * s - 3 * s * s + 1) * 40 + (s * s * s - 2 * s * s + s) * h * m0 +
+                          (-2 * s * s * s + 3 * s * s) * 10 + (s * s * s - s * s) * h * m1;
+  EXPECT_NEAR(at(3.5), expected, 1e-4);
+  EXPECT_NEAR(curve->GetValue(BaseTime(3.5f), 30), expected, 1e-4);
+}
+
+TEST_F(AnimationTest, EvaluationWritesTracksAtTheDocumentTime) {
+  key(0.0, 0, CINTERPOLATION_LINEAR);
+  key(1.0, 30, CINTERPOLATION_LINEAR);
+  BaseObject* cam = add("cam", nullptr, nullptr, Ocamera);
+  CTrack* fov = CTrack::Alloc(cam, DescID(DescLevel(CAMERAOBJECT_FOV)));
+  cam->InsertTrackSorted(fov);
+  CKey* k = fov->GetCurve()->AddKey(BaseTime(0.0f));
+  k->SetValue(fov->GetCurve(), 1.25f);
+
+  doc->SetTime(BaseTime(0.5f));
+  EXPECT_TRUE(doc->ExecutePasses(nullptr, false, true, false));
+  EXPECT_EQ(op->GetPos().x, 0.0f);  // no animation pass asked
+  EXPECT_TRUE(doc->ExecutePasses(nullptr, true, false, false));
+  EXPECT_FLOAT_EQ(op->GetPos().x, 15.0f);
+  GeData d;
+  cam->GetParameter(DescID(DescLevel(CAMERAOBJECT_FOV)), d, 0);
+  EXPECT_FLOAT_EQ(d.GetReal(), 1.25f);
+
+  // The event loop evaluates the active document when an event was posted.
+  host.runCycle();  // the document's activation
+  doc->SetTime(BaseTime(1.0f));
+  host.runCycle();
+  EXPECT_FLOAT_EQ(op->GetPos().x, 15.0f);  // nothing posted since
+  EventAdd();
+  host.runCycle();
+  EXPECT_FLOAT_EQ(op->GetPos().x, 30.0f);
+}
+
+TEST_F(AnimationTest, TracksAreKeptSortedAndFoundById) {
+  const DescID posZ{DescLevel(ID_BASEOBJECT_POSITION), DescLevel(VECTOR_Z)};
+  const DescID rotX{DescLevel(ID_BASEOBJECT_ROTATION), DescLevel(VECTOR_X)};
+  CTrack* z = CTrack::Alloc(op, posZ);
+  CTrack* r = CTrack::Alloc(op, rotX);
+  op->InsertTrackSorted(r);
+  op->InsertTrackSorted(z);
+  EXPECT_EQ(op->GetFirstCTrack(), track);
+  EXPECT_EQ(track->GetNext(), z);
+  EXPECT_EQ(z->GetNext(), r);
+  EXPECT_EQ(op->FindCTrack(rotX), r);
+  EXPECT_EQ(op->FindCTrack(DescID(DescLevel(ID_BASEOBJECT_SCALE), DescLevel(VECTOR_X))), nullptr);
+  EXPECT_EQ(r->GetObject(), op);
+  EXPECT_TRUE(r->GetDescriptionID() == rotX);
+}
+
+}  // namespace
+}  // namespace tvr::plr::embedded::testing

@@ -1,0 +1,186 @@
+#include <csignal>
+#include <cstdio>
+#include <string>
+
+#include "host_context.h"
+#include "host_fixture.h"
+
+LONG linkedTestModuleMain(LONG action, void* p1, void* p2, void* p3);
+
+namespace tvr::plr::embedded::testing {
+namespace {
+
+constexpr LONG kCommandId = 1000001;
+constexpr LONG kTagId = 1000002;
+
+bool consoleHas(EmbeddedHost& host, const std::string& line) {
+  for (const auto& l : host.console())
+    if (l == line) return true;
+  return false;
+}
+
+int consoleCount(EmbeddedHost& host, const std::string& prefix) {
+  int n = 0;
+  for (const auto& l : host.console()) n += l.rfind(prefix, 0) == 0;
+  return n;
+}
+
+TEST(Loader, RefusesWhatIsNotAModule) {
+  EmbeddedHost host(quietOptions());
+  std::string error;
+  EXPECT_FALSE(host.loadModule(HOST_TEST_NO_ENTRY_PATH, &error));
+  EXPECT_EQ(error, std::string(HOST_TEST_NO_ENTRY_PATH) + ": no c4d_main");
+  EXPECT_TRUE(consoleHas(host, error));
+  EXPECT_FALSE(host.loadModule("/nonexistent/module.so", &error));
+  EXPECT_EQ(error.rfind("/nonexistent/module.so: cannot load", 0), 0u);
+  EXPECT_FALSE(host.loadModule(nullptr, "linked", &error));
+  EXPECT_EQ(host.moduleCount(), 0u);
+}
+
+TEST(Loader, ModuleRefusingAnOldHostIsUnloaded) {
+  HostOptions old = quietOptions();
+  old.apiVersion = 10999;
+  EmbeddedHost host(old);
+  EXPECT_EQ(host.table().apiVersion, 10999);
+  std::string error;
+  EXPECT_FALSE(host.loadModule(HOST_TEST_MODULE_PATH, &error));
+  EXPECT_EQ(error, std::string(HOST_TEST_MODULE_PATH) + ": initialise answered -3");
+  EXPECT_EQ(host.moduleCount(), 0u);
+  EXPECT_TRUE(host.context().plugins.commands.empty());
+}
+
+class RoundTrip : public ::testing::TestWithParam<bool> {
+ protected:
+  RoundTrip() : host(quietOptions()) {}
+  void SetUp() override {
+    std::string error;
+    const bool loaded = GetParam() ? host.loadModule(HOST_TEST_MODULE_PATH, &error)
+                                   : host.loadModule(linkedTestModuleMain, "linked test module", &error);
+    ASSERT_TRUE(loaded) << error;
+    doc = host.newDocument("scene");
+  }
+  EmbeddedHost host;
+  BaseDocument* doc = nullptr;
+};
+
+TEST_P(RoundTrip, CommandTagMessageAndSceneHook) {
+  host.runCycle();  // the new document's activation
+  host.journal().clear();
+  const int hookMessagesBefore = consoleCount(host, "hook message 604");
+  EXPECT_EQ(hookMessagesBefore, 1);
+  EXPECT_TRUE(consoleHas(host, "hook message 604 with document"));
+
+  ASSERT_TRUE(host.runCommand(kCommandId));
+  EXPECT_TRUE(consoleHas(host, "command ran"));
+  BaseObject* op = doc->GetFirstObject();
+  ASSERT_NE(op, nullptr);
+  EXPECT_EQ(op->GetName().ToStd(), "made by command");
+  BaseTag* tag = op->GetTag(kTagId);
+  ASSERT_NE(tag, nullptr);
+  EXPECT_NE(tag->GetNodeData(), nullptr);
+  EXPECT_EQ(tag->GetObject(), op);
+
+  // Cycle 1: the command's event evaluates; the tag runs and posts a special event.
+  host.advance(40);
+  EXPECT_EQ(tag->GetDataInstance()->GetLong(1), 1);
+  EXPECT_EQ(consoleCount(host, "core message"), 0);
+  EXPECT_EQ(consoleCount(host, "hook message 604"), hookMessagesBefore + 1);
+  // Cycle 2: the message plug-in receives it with 'Mci1' and 'Mci2'; nothing evaluates.
+  host.advance(40);
+  EXPECT_TRUE(consoleHas(host, "core message 7 from tag run 1"));
+  EXPECT_EQ(tag->GetDataInstance()->GetLong(1), 1);
+  EXPECT_EQ(consoleCount(host, "hook message 604"), hookMessagesBefore + 1);
+
+  const auto special = host.journal().find("SpecialEventAdd");
+  ASSERT_EQ(special.size(), 1u);
+  EXPECT_EQ(special[0].text.rfind("1000003 7 ", 0), 0u);
+
+  // The command's group undoes as one step and takes the object away.
+  EXPECT_TRUE(host.undo());
+  EXPECT_EQ(doc->GetFirstObject(), nullptr);
+  EXPECT_TRUE(host.redo());
+  EXPECT_EQ(doc->GetFirstObject(), op);
+
+  EXPECT_TRUE(host.sendPluginMessage(1, nullptr));
+  EXPECT_FALSE(host.sendPluginMessage(2, nullptr));
+  host.shutdown();
+  EXPECT_TRUE(consoleHas(host, "module end"));
+  EXPECT_TRUE(host.documents().empty());
+}
+
+INSTANTIATE_TEST_SUITE_P(Loaded, RoundTrip, ::testing::Values(true, false),
+                         [](const ::testing::TestParamInfo<bool>& i) { return i.param ? "FromFile" : "Linked"; });
+
+TEST(Registration, OnlyWhileStartingAndOncePerId) {
+  EmbeddedHost host(quietOptions());
+  ASSERT_TRUE(host.loadModule(HOST_TEST_MODULE_PATH));
+  // After start: refused, and the host still frees the data it was handed.
+  struct Cmd : CommandData {};
+  EXPECT_FALSE(RegisterCommandPlugin(42, "late", 0, nullptr, "", new Cmd));
+  // The same module again: every id is taken, so its start fails.
+  std::string error;
+  EXPECT_TRUE(host.loadModule(linkedTestModuleMain, "second copy", &error));
+  EXPECT_EQ(error, "second copy: start answered 0");
+  EXPECT_EQ(host.context().plugins.commands.size(), 1u);
+  EXPECT_EQ(host.journal().count("Register"), 6u);  // four accepted, one late, one duplicate
+}
+
+TEST(Events, JournalRecordsHostCallsInOrder) {
+  EmbeddedHost host(quietOptions());
+  host.journal().clear();
+  EventAdd(EVENT_FORCEREDRAW);
+  DrawViews(0x8002);
+  GeSyncMessage(EVMSG_TIMECHANGED);
+  SpecialEventAdd(5, 1, 2);
+  GePrint("hello");
+  MessageDialog("careful");
+  StopAllThreads();
+  const auto& e = host.journal().entries();
+  ASSERT_EQ(e.size(), 7u);
+  EXPECT_EQ(e[0].kind + " " + e[0].text, "EventAdd 1");
+  EXPECT_EQ(e[1].kind + " " + e[1].text, "DrawViews 32770");
+  EXPECT_EQ(e[2].kind + " " + e[2].text, "GeSyncMessage 1952671847 0 0 0");
+  EXPECT_EQ(e[3].kind + " " + e[3].text, "SpecialEventAdd 5 1 2");
+  EXPECT_EQ(e[4].kind + " " + e[4].text, "GePrint hello");
+  EXPECT_EQ(e[5].kind + " " + e[5].text, "MessageDialog careful");
+  EXPECT_EQ(e[6].kind, "StopAllThreads");
+  EXPECT_EQ(host.dialogs(), std::vector<std::string>{"careful"});
+  EXPECT_EQ(host.journal().count("GePrint"), 1u);
+  host.journal().clear();
+  EXPECT_EQ(host.journal().size(), 0u);
+  EXPECT_EQ(GetC4DVersion(), 11008);
+  EXPECT_EQ(GetWorldContainerInstance()->GetLong(WPREF_UNITS_BASIC), UNIT_CM);
+}
+
+TEST(Events, PumpRunsEachCycleOnTheVirtualClock) {
+  EmbeddedHost host(quietOptions());
+  std::vector<std::uint64_t> ticks;
+  host.setMessagePump([&ticks](std::uint64_t now) { ticks.push_back(now); });
+  host.advance(100);  // steps at 40 and 80
+  host.advance(20);   // crosses 120
+  EXPECT_EQ(ticks, (std::vector<std::uint64_t>{40, 80, 120}));
+  EXPECT_EQ(host.nowMs(), 120u);
+  host.runCycle();
+  EXPECT_EQ(ticks.back(), 120u);
+}
+
+void recordingCrashSlot(char* info) {
+  std::fprintf(stderr, "crash slot called: %s\n", info);
+  std::fflush(stderr);
+}
+
+TEST(CrashHandlerDeathTest, FatalSignalCallsTheSlot) {
+  GTEST_FLAG_SET(death_test_style, "threadsafe");
+  EXPECT_DEATH(
+      {
+        HostOptions o;
+        o.crashHandlers = true;
+        EmbeddedHost host(o);
+        host.table().crashHandler = recordingCrashSlot;
+        std::raise(SIGSEGV);
+      },
+      "crash slot called: fatal signal SIGSEGV");
+}
+
+}  // namespace
+}  // namespace tvr::plr::embedded::testing

@@ -1,0 +1,229 @@
+#include <cmath>
+
+#include "host_context.h"
+#include "host_fixture.h"
+
+namespace tvr::plr::embedded::testing {
+namespace {
+
+using V = std::vector<std::string>;
+
+TEST_F(HostTest, InsertObjectPlacesAfterPredUnderParentOrFirst) {
+  BaseObject* a = add("a");
+  BaseObject* b = add("b");  // first of the document
+  EXPECT_EQ(childNames(nullptr), (V{"b", "a"}));
+  BaseObject* c = add("c", nullptr, b);  // after b
+  EXPECT_EQ(childNames(nullptr), (V{"b", "c", "a"}));
+  BaseObject* k1 = add("k1", a);
+  add("k2", a);  // first child
+  add("k3", a, k1);
+  EXPECT_EQ(childNames(a), (V{"k2", "k1", "k3"}));
+  EXPECT_EQ(k1->GetUp(), a);
+  EXPECT_EQ(a->GetDownLast()->GetName().ToStd(), "k3");
+  EXPECT_EQ(c->GetPred(), b);
+  EXPECT_EQ(b->GetUp(), nullptr);
+
+  // Moving: an inserted object is taken out of its old place first.
+  doc->InsertObject(a, c, nullptr);
+  EXPECT_EQ(childNames(nullptr), (V{"b", "c"}));
+  EXPECT_EQ(a->GetUp(), c);
+  EXPECT_EQ(k1->GetDocument(), doc);
+
+  // An object cannot go under its own descendant.
+  doc->InsertObject(c, k1, nullptr);
+  EXPECT_EQ(c->GetUp(), nullptr);
+  c->InsertUnder(k1);
+  EXPECT_EQ(c->GetUp(), nullptr);
+  EXPECT_EQ(childNames(nullptr), (V{"b", "c"}));
+}
+
+TEST_F(HostTest, RemoveKeepsTheObjectAndFreeTakesEverythingWithIt) {
+  BaseObject* a = add("a");
+  add("k", a);
+  EXPECT_EQ(BaseTag::Alloc(Tbase), nullptr);  // not a kind of tag this host makes
+  CTrack* track = CTrack::Alloc(a, DescID(DescLevel(ID_BASEOBJECT_POSITION), DescLevel(VECTOR_X)));
+  a->InsertTrackSorted(track);
+  const size_t before = host.context().registry.allocatedCount();
+
+  a->Remove();
+  EXPECT_EQ(doc->GetFirstObject(), nullptr);
+  EXPECT_EQ(a->GetDocument(), nullptr);
+  EXPECT_EQ(a->GetDown()->GetDocument(), nullptr);
+  EXPECT_EQ(host.context().registry.allocatedCount(), before);  // still alive
+
+  BaseObject::Free(a);
+  EXPECT_EQ(a, nullptr);
+  EXPECT_EQ(host.context().registry.allocatedCount(), before - 3);  // object, child, track
+
+  BaseObject* b = add("b");
+  BaseObject* inserted = b;
+  BaseObject::Free(inserted);  // freeing an inserted object removes it first
+  EXPECT_EQ(doc->GetFirstObject(), nullptr);
+}
+
+TEST_F(HostTest, LinksResolveOnlyToLiveObjectsInTheAskedDocument) {
+  BaseObject* cam = add("cam", nullptr, nullptr, Ocamera);
+  BaseLink* link = BaseLink::Alloc();
+  link->SetLink(cam);
+  EXPECT_EQ(link->GetLink(doc), cam);
+  EXPECT_EQ(link->GetLink(doc, Ocamera), cam);
+  EXPECT_EQ(link->GetLink(doc, Obase), cam);
+  EXPECT_EQ(link->GetLink(doc, Opolygon), nullptr);
+
+  BaseDocument* other = host.newDocument("other");
+  EXPECT_EQ(link->GetLink(other), nullptr);
+  cam->Remove();
+  EXPECT_EQ(link->GetLink(doc), nullptr);
+  EXPECT_EQ(link->ForceGetLink(), cam);
+  other->InsertObject(cam, nullptr, nullptr);
+  EXPECT_EQ(link->GetLink(other), cam);
+
+  BaseLink* copy = link->GetClone();
+  BaseObject::Free(cam);
+  EXPECT_EQ(link->ForceGetLink(), nullptr);
+  // New objects may reuse the freed memory; the link must not follow.
+  std::vector<BaseObject*> fresh;
+  for (int i = 0; i < 64; ++i) {
+    fresh.push_back(BaseObject::Alloc(Ocamera));
+    other->InsertObject(fresh.back(), nullptr, nullptr);
+  }
+  EXPECT_EQ(link->ForceGetLink(), nullptr);
+  EXPECT_EQ(copy->GetLink(other), nullptr);
+
+  // Links inside containers behave the same.
+  BaseObject* holder = add("holder");
+  holder->GetDataInstance()->SetLink(77, fresh[0]);
+  EXPECT_EQ(holder->GetDataInstance()->GetLink(77, other), fresh[0]);
+  EXPECT_EQ(holder->GetDataInstance()->GetLink(77, doc), nullptr);
+  BaseContainer copied = *holder->GetDataInstance();
+  BaseObject* target = fresh[0];
+  BaseObject::Free(target);
+  EXPECT_EQ(copied.GetLink(77, other), nullptr);
+
+  BaseLink::Free(link);
+  BaseLink::Free(copy);
+  EXPECT_EQ(link, nullptr);
+}
+
+TEST_F(HostTest, ParametersReachTransformCameraAndContainer) {
+  BaseObject* cam = add("cam", nullptr, nullptr, Ocamera);
+  GeData d;
+  ASSERT_TRUE(cam->GetParameter(DescID(DescLevel(CAMERAOBJECT_FOV)), d, 0));
+  EXPECT_FLOAT_EQ(d.GetReal(), 0.8575f);
+  ASSERT_TRUE(cam->GetParameter(DescID(DescLevel(CAMERAOBJECT_APERTURE)), d, 0));
+  EXPECT_FLOAT_EQ(d.GetReal(), 36.0f);
+
+  const DescID posY(DescLevel(ID_BASEOBJECT_POSITION, DTYPE_VECTOR, 0), DescLevel(VECTOR_Y, DTYPE_REAL, 0));
+  EXPECT_TRUE(cam->SetParameter(posY, GeData(4.5f), 0));
+  EXPECT_EQ(cam->GetPos(), Vector(0, 4.5f, 0));
+  EXPECT_TRUE(cam->SetParameter(DescID(DescLevel(ID_BASEOBJECT_SCALE)), GeData(Vector(2, 2, 2)), 0));
+  EXPECT_EQ(cam->GetScale(), Vector(2, 2, 2));
+  EXPECT_FALSE(cam->SetParameter(posY, GeData(Vector(1, 1, 1)), 0));  // a component takes a Real
+  ASSERT_TRUE(cam->GetParameter(DescID(DescLevel(ID_BASEOBJECT_POSITION)), d, 0));
+  EXPECT_EQ(d.GetVector(), Vector(0, 4.5f, 0));
+
+  EXPECT_FALSE(cam->GetParameter(DescID(DescLevel(555)), d, 0));
+  EXPECT_TRUE(cam->SetParameter(DescID(DescLevel(555)), GeData(String("v")), 0));
+  EXPECT_EQ(cam->GetDataInstance()->GetString(555).ToStd(), "v");
+  EXPECT_TRUE(cam->SetParameter(DescID(DescLevel(ID_BASELIST_NAME)), GeData(String("renamed")), 0));
+  EXPECT_EQ(cam->GetName().ToStd(), "renamed");
+}
+
+void expectNear(const Matrix& a, const Matrix& b) {
+  for (auto [x, y] : {std::pair{a.off, b.off}, {a.v1, b.v1}, {a.v2, b.v2}, {a.v3, b.v3}}) {
+    EXPECT_NEAR(x.x, y.x, 1e-4f);
+    EXPECT_NEAR(x.y, y.y, 1e-4f);
+    EXPECT_NEAR(x.z, y.z, 1e-4f);
+  }
+}
+
+TEST_F(HostTest, LocalAndGlobalMatricesComposeThroughParents) {
+  BaseObject* parent = add("parent");
+  BaseObject* child = add("child", parent);
+  parent->SetPos(Vector(10, 0, 0));
+  parent->SetRot(Vector(1.0f, 0.2f, -0.3f));
+  parent->SetScale(Vector(2, 2, 2));
+  child->SetPos(Vector(0, 1, 0));
+  child->SetRot(Vector(0.5f, 0, 0));
+
+  Matrix expectedMl = HPBToMatrix(Vector(1.0f, 0.2f, -0.3f));
+  expectedMl.off = Vector(10, 0, 0);
+  expectedMl.v1 *= 2;
+  expectedMl.v2 *= 2;
+  expectedMl.v3 *= 2;
+  expectNear(parent->GetMl(), expectedMl);
+  expectNear(child->GetMg(), parent->GetMl() * child->GetMl());
+
+  // SetMg keeps the world placement under the current parent; SetMl decomposes back.
+  Matrix world = HPBToMatrix(Vector(0.1f, 0.4f, 0.2f));
+  world.off = Vector(3, 4, 5);
+  child->SetMg(world);
+  expectNear(child->GetMg(), world);
+  const Matrix local = child->GetMl();
+  child->SetMl(local);
+  expectNear(child->GetMl(), local);
+  EXPECT_NEAR(parent->GetScale().x, 2.0f, 1e-6f);
+}
+
+TEST_F(HostTest, ClonesCopyDeeplyWithFreshIdentity) {
+  BaseObject* a = add("a");
+  a->SetPos(Vector(1, 2, 3));
+  a->GetDataInstance()->SetLong(5, 6);
+  add("k", a);
+  a->InsertTrackSorted(CTrack::Alloc(a, DescID(DescLevel(ID_BASEOBJECT_POSITION), DescLevel(VECTOR_X))));
+  BaseLink* link = BaseLink::Alloc();
+  link->SetLink(a);
+
+  BaseObject* deep = a->GetClone(0);
+  BaseObject* flat = a->GetClone(COPY_NO_HIERARCHY);
+  EXPECT_EQ(deep->GetDocument(), nullptr);
+  EXPECT_EQ(deep->GetName().ToStd(), "a");
+  EXPECT_EQ(deep->GetPos(), Vector(1, 2, 3));
+  EXPECT_EQ(deep->GetDataInstance()->GetLong(5), 6);
+  ASSERT_NE(deep->GetDown(), nullptr);
+  EXPECT_EQ(deep->GetDown()->GetName().ToStd(), "k");
+  EXPECT_NE(deep->GetFirstCTrack(), nullptr);
+  EXPECT_EQ(flat->GetDown(), nullptr);
+  EXPECT_NE(flat->GetFirstCTrack(), nullptr);
+  deep->SetName("changed");
+  EXPECT_EQ(a->GetName().ToStd(), "a");
+  EXPECT_EQ(link->ForceGetLink(), a);  // never the clone
+
+  BaseObject::Free(deep);
+  BaseObject::Free(flat);
+  BaseLink::Free(link);
+}
+
+TEST_F(HostTest, SelectionModes) {
+  BaseObject* a = add("a");
+  BaseObject* b = add("b", a);
+  doc->SetActiveObject(b, SELECTION_NEW);
+  EXPECT_EQ(doc->GetActiveObject(), b);
+  doc->SetActiveObject(a, SELECTION_ADD);
+  EXPECT_EQ(doc->GetActiveObject(), a);  // first in tree order
+  doc->SetActiveObject(a, SELECTION_SUB);
+  EXPECT_EQ(doc->GetActiveObject(), b);
+  doc->SetActiveObject(a, SELECTION_NEW);
+  EXPECT_EQ(doc->GetActiveObject(), a);
+  doc->SetActiveObject(nullptr, SELECTION_NEW);
+  EXPECT_EQ(doc->GetActiveObject(), nullptr);
+}
+
+TEST_F(HostTest, ForeignPointersAreRefusedNotFollowed) {
+  int junk[64] = {};
+  BaseObject* fake = reinterpret_cast<BaseObject*>(junk);
+  doc->InsertObject(fake, nullptr, nullptr);
+  EXPECT_EQ(doc->GetFirstObject(), nullptr);
+  BaseLink* link = BaseLink::Alloc();
+  link->SetLink(fake);
+  EXPECT_EQ(link->ForceGetLink(), nullptr);
+  BaseLink::Free(link);
+  BaseObject::Free(fake);  // ignored
+  doc->StartUndo();
+  EXPECT_FALSE(doc->AddUndo(UNDO_CHANGE, junk));
+  doc->EndUndo();
+  EXPECT_EQ(BaseObject::Alloc(123456), nullptr);  // unknown type
+}
+
+}  // namespace
+}  // namespace tvr::plr::embedded::testing
