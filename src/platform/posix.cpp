@@ -30,11 +30,12 @@ RegistryData readRegistryFile() {
     RegistryData data;
     const char* path = std::getenv("PLR_REGISTRY_FILE");
     if (!path || !*path) return data;
-    std::ifstream in(path, std::ios::binary);
-    if (!in) return data;
-    std::string text(static_cast<std::size_t>(MaxRegistryFile) + 1, '\0');
-    in.read(&text[0], MaxRegistryFile + 1);
-    if (in.gcount() > MaxRegistryFile) return data;  // not a registry file we would write
+    std::ifstream in(path, std::ios::binary | std::ios::ate);
+    std::streamsize length = in ? static_cast<std::streamsize>(in.tellg()) : -1;
+    if (length < 0 || length > MaxRegistryFile) return data;  // not a registry file we would write
+    std::string text(static_cast<std::size_t>(length), '\0');
+    in.seekg(0);
+    in.read(&text[0], length);
     text.resize(static_cast<std::size_t>(in.gcount()));
     data.parse(text);
     return data;

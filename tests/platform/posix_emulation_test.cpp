@@ -29,6 +29,7 @@ protected:
         writeFile(file, text);
         ::setenv("PLR_REGISTRY_FILE", file.c_str(), 1);
     }
+    void SetUp() override { ::unsetenv("PLR_REGISTRY_FILE"); }
     void TearDown() override {
         ::unsetenv("PLR_REGISTRY_FILE");
         std::remove(file.c_str());
