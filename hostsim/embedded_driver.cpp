@@ -5,22 +5,26 @@
 
 namespace hostsim {
 
-namespace {
-const char* const kNotSupported = "not supported by this host yet";
-}
-
 std::string EmbeddedDriver::newDocument() {
     return host_.newDocument() ? "" : "the host made no document";
 }
 
-std::string EmbeddedDriver::openDocument(const std::string&) { return kNotSupported; }
+std::string EmbeddedDriver::openDocument(const std::string& file) {
+    std::string error;
+    if (host_.openDocument(file, &error)) return "";
+    return error.empty() ? "cannot open " + file : error;
+}
 
-std::string EmbeddedDriver::saveDocument(const std::string&) { return kNotSupported; }
+std::string EmbeddedDriver::saveDocument(const std::string& file) {
+    if (!host_.activeDocument()) return "no document is open";
+    std::string error;
+    if (host_.saveDocument(nullptr, file, &error)) return "";
+    return error.empty() ? "cannot save " + file : error;
+}
 
 std::string EmbeddedDriver::closeDocument() {
-    BaseDocument* doc = host_.activeDocument();
-    if (!doc) return "no document is open";
-    host_.removeDocument(doc);
+    if (!host_.activeDocument()) return "no document is open";
+    host_.closeDocument();
     return "";
 }
 
@@ -28,8 +32,8 @@ std::string EmbeddedDriver::activateDocument(std::int64_t index) {
     const std::vector<BaseDocument*> docs = host_.documents();
     if (index < 1 || static_cast<std::size_t>(index) > docs.size())
         return "no document " + std::to_string(index) + " (" + std::to_string(docs.size()) + " open)";
-    host_.activateDocument(docs[static_cast<std::size_t>(index - 1)]);
-    return "";
+    return host_.activateDocumentAt(static_cast<std::size_t>(index - 1)) ? "" : "cannot activate document " +
+                                                                                   std::to_string(index);
 }
 
 std::string EmbeddedDriver::runCommand(std::int64_t id) {
@@ -53,7 +57,7 @@ std::string EmbeddedDriver::redo() { return host_.redo() ? "" : "nothing to redo
 std::string EmbeddedDriver::printTree(std::ostream& out) {
     BaseDocument* doc = host_.activeDocument();
     if (!doc) return "no document is open";
-    const std::string tree = host_.dump(doc);
+    const std::string tree = host_.tree(doc);
     out << "== tree\n" << tree;
     if (!tree.empty() && tree.back() != '\n') out << "\n";
     return "";

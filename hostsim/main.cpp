@@ -49,7 +49,11 @@ struct Options {
     std::string registry;
     std::string plugins;
     std::string script;
+#if defined(_WIN32)
+    bool realTime = true;  // the system's timers fire in real time only
+#else
     bool realTime = false;
+#endif
 };
 
 fs::path programDirectory(const char* argv0) {
@@ -156,11 +160,8 @@ int main(int argc, char** argv) {
         const std::vector<fs::path> modules = findModules(plugins);
         if (modules.empty()) std::cerr << "hostsim: no modules in " << plugins.string() << "\n";
         for (const fs::path& module : modules) {
-            std::string error;
-            if (!host.loadModule(module.string(), &error)) {
-                std::cerr << "hostsim: " << error << "\n";
-                status = 1;
-            }
+            // The host tells the user itself why it refused a module.
+            if (!host.loadModule(module.string())) status = 1;
         }
         host.newDocument();
 

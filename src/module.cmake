@@ -13,7 +13,9 @@ target_link_libraries(plr_module PUBLIC plr_util plr_xml plr_core_api plr_host_a
 
 add_library(pelloran MODULE ${CMAKE_CURRENT_SOURCE_DIR}/plugin/host_memory.cpp)
 target_link_libraries(pelloran PRIVATE plr_module)
-set_target_properties(pelloran PROPERTIES PREFIX "" OUTPUT_NAME pelloran)
+# In the build tree as in the install tree: <tree>/plugins/pelloran, found by hostsim.
+set_target_properties(pelloran PROPERTIES PREFIX "" OUTPUT_NAME pelloran
+  LIBRARY_OUTPUT_DIRECTORY ${PROJECT_BINARY_DIR}/plugins/pelloran)
 if(WIN32)
   # Only dllexport'ed names leave a DLL, and c4d_main is the only one.
   set_target_properties(pelloran PROPERTIES SUFFIX ".cdl64")

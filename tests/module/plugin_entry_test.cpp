@@ -1,0 +1,199 @@
+// The entry point and start-up as the embedded host sees them: actions and
+// their results, registrations, the two hooks, the command without a core.
+#include <gtest/gtest.h>
+
+#include <string>
+#include <vector>
+
+#include "embedded_host.h"
+#include "host_context.h"
+#include "plugin/module_state.h"
+#include "plugin/plugin_main.h"
+#include "recording_platform.h"
+
+namespace tvr::plr::adaptor::cinema4d {
+namespace {
+
+namespace emb = tvr::plr::embedded;
+namespace pf = tvr::platform;
+
+emb::HostOptions quietHost(LONG apiVersion = 11000) {
+    emb::HostOptions options;
+    options.apiVersion = apiVersion;
+    options.crashHandlers = false;
+    return options;
+}
+
+std::vector<std::string> journalOf(emb::EmbeddedHost& host, const std::string& kind) {
+    std::vector<std::string> out;
+    for (const emb::JournalEntry& e : host.journal().find(kind)) out.push_back(e.text);
+    return out;
+}
+
+class PluginEntryTest : public ::testing::Test {
+protected:
+    void SetUp() override { pf::setPlatform(&rec); }
+    void TearDown() override { pf::setPlatform(nullptr); }
+    pf::RecordingPlatform rec;
+};
+
+TEST_F(PluginEntryTest, StartRegistersEveryPlugInInOrderAndInstallsBothHooks) {
+    emb::EmbeddedHost host(quietHost());
+    C4D_HostTable& table = host.table();
+    auto* hostCrash = table.crashHandler;
+    auto* hostAddUndo = table.docAddUndo;
+    ASSERT_TRUE(host.loadModule(&c4d_main, "pelloran"));
+
+    const std::vector<std::string> registered = {
+        "Command 1023575 'Pelloran'",
+        "SceneHook 1023578 'PLT'",
+        "Tag 1023572 'PLT Undo Reference Tag - [Do not delete]'",
+        "Message 1023569 'DoUndo message'",
+        "Message 1023570 'PLTUndoMessage'",
+    };
+    EXPECT_EQ(journalOf(host, "Register"), registered);
+
+    const emb::PluginRegistry& plugins = host.context().plugins;
+    ASSERT_EQ(plugins.commands.size(), 1u);
+    EXPECT_EQ(plugins.commands[0].help, "Pelloran");
+    EXPECT_EQ(plugins.commands[0].icon, "mainicon.tif");
+    EXPECT_EQ(plugins.commands[0].info, 0);
+    EXPECT_NE(plugins.commands[0].data, nullptr);
+    ASSERT_EQ(plugins.sceneHooks.size(), 1u);
+    EXPECT_EQ(plugins.sceneHooks[0].priority, 1000);
+    EXPECT_EQ(plugins.sceneHooks[0].diskLevel, 0);
+    EXPECT_EQ(plugins.sceneHooks[0].info, 0);
+    ASSERT_EQ(plugins.tags.size(), 1u);
+    EXPECT_EQ(plugins.tags[0].info, 9);
+    EXPECT_EQ(plugins.tags[0].description, "");
+    EXPECT_EQ(plugins.tags[0].icon, "mainicon.tif");
+    EXPECT_EQ(plugins.tags[0].diskLevel, 0);
+    ASSERT_EQ(plugins.messages.size(), 2u);
+    EXPECT_NE(plugins.messages[0].data, nullptr);
+    EXPECT_NE(plugins.messages[1].data, nullptr);
+
+    EXPECT_EQ(table.crashHandler, &PluginCrashHandler);
+    EXPECT_EQ(table.docAddUndo, &AddUndoHook);
+    EXPECT_EQ(moduleState().previousCrashHandler, hostCrash);
+    EXPECT_EQ(moduleState().previousAddUndo, hostAddUndo);
+    ASSERT_NE(moduleState().pluginPath, nullptr);
+    EXPECT_EQ(moduleState().pluginPath->GetString().ToStd(), "pelloran");
+    // Start loads nothing.
+    EXPECT_EQ(rec.count("LoadLibraryA"), 0u);
+    EXPECT_EQ(rec.count("RegOpenKeyExA"), 0u);
+
+    host.shutdown();
+    EXPECT_EQ(moduleState().initCount, 0);
+    EXPECT_EQ(moduleState().pluginPath, nullptr);
+}
+
+TEST_F(PluginEntryTest, ActionsAnswerAsTheHostExpects) {
+    {
+        emb::EmbeddedHost refusing(quietHost(10999));
+        std::string error;
+        EXPECT_FALSE(refusing.loadModule(&c4d_main, "pelloran", &error));
+        EXPECT_NE(error.find("initialise answered -3"), std::string::npos);
+        EXPECT_EQ(moduleState().initCount, 1);  // refusal still counts
+        EXPECT_EQ(c4d_main(3, nullptr, nullptr, nullptr), 1);
+        EXPECT_EQ(moduleState().initCount, 0);
+    }
+    emb::EmbeddedHost host(quietHost(11000));
+    ASSERT_TRUE(host.loadModule(&c4d_main, "pelloran"));
+
+    // A second initialise only counts: it must not even look at its pointers.
+    void* poison = reinterpret_cast<void*>(static_cast<std::uintptr_t>(8));
+    EXPECT_EQ(c4d_main(1, poison, poison, poison), 1);
+    EXPECT_EQ(moduleState().initCount, 2);
+    EXPECT_EQ(c4d_main(3, nullptr, nullptr, nullptr), 1);  // not the last end: nothing ends
+    EXPECT_NE(moduleState().pluginPath, nullptr);
+    EXPECT_EQ(host.context().plugins.commands.size(), 1u);
+
+    EXPECT_EQ(c4d_main(4, poison, poison, poison), 3);
+    EXPECT_EQ(c4d_main(5, nullptr, nullptr, nullptr), -1);
+    EXPECT_EQ(c4d_main(0, nullptr, nullptr, nullptr), -1);
+    EXPECT_EQ(c4d_main(6, reinterpret_cast<void*>(0), nullptr, nullptr), 1);
+    EXPECT_EQ(c4d_main(6, reinterpret_cast<void*>(1), nullptr, nullptr), 1);
+    EXPECT_EQ(c4d_main(6, reinterpret_cast<void*>(2), nullptr, nullptr), -1);
+    EXPECT_TRUE(host.sendPluginMessage(1, nullptr));
+
+    host.shutdown();
+    EXPECT_EQ(moduleState().initCount, 0);
+}
+
+TEST_F(PluginEntryTest, InitialiseWithoutAPathIsRefused) {
+    C4D_HostTable table{};
+    table.apiVersion = 11000;
+    EXPECT_EQ(c4d_main(1, &table, nullptr, nullptr), -3);
+    EXPECT_EQ(c4d_main(3, nullptr, nullptr, nullptr), 1);
+    EXPECT_EQ(moduleState().initCount, 0);
+    C4DOS() = nullptr;
+}
+
+const char* g_chainedInfo = nullptr;
+void recordCrash(char* info) { g_chainedInfo = info; }
+
+TEST_F(PluginEntryTest, CrashHandlerPrintsAndChains) {
+    moduleState().previousCrashHandler = &recordCrash;
+    char info[] = "segfault at 0x0, 100%% gone, %s kept\n";
+    ::testing::internal::CaptureStdout();
+    PluginCrashHandler(info);
+    EXPECT_EQ(::testing::internal::GetCapturedStdout(), "PLT CrashInfo:\nsegfault at 0x0, 100% gone, %s kept\n");
+    EXPECT_EQ(g_chainedInfo, info);
+    moduleState().previousCrashHandler = nullptr;
+}
+
+TEST_F(PluginEntryTest, CommandWithoutCoreShowsTheErrorsEveryTime) {
+    emb::EmbeddedHost host(quietHost());
+    ASSERT_TRUE(host.loadModule(&c4d_main, "pelloran"));
+    rec.setRegistryValue("HKEY_LOCAL_MACHINE\\SOFTWARE\\Wow6432Node\\Tavrelo", "path", "C:/Prog/X");
+
+    EXPECT_TRUE(host.runCommand(1023575));
+    EXPECT_TRUE(host.runCommand(1023575));
+    EXPECT_EQ(rec.count("LoadLibraryA"), 2u);
+    const std::vector<pf::MessageBoxRecord> boxes = rec.messageBoxes();
+    ASSERT_EQ(boxes.size(), 4u);
+    EXPECT_EQ(boxes[0].text.rfind("LoadLibrary failed with error 126: ", 0), 0u);
+    EXPECT_EQ(boxes[1].text, "Couldn't load C:/Prog/X/pelloran/data\\Core\\Core64.dll");
+    EXPECT_EQ(boxes[2].text, boxes[0].text);
+    EXPECT_EQ(boxes[3].text, boxes[1].text);
+    const std::vector<std::string> dialogs = {"CORE is not attached to adaptor", "CORE is not attached to adaptor"};
+    EXPECT_EQ(host.dialogs(), dialogs);
+}
+
+TEST_F(PluginEntryTest, AddUndoHookPassesEveryCallThrough) {
+    emb::EmbeddedHost host(quietHost());
+    ASSERT_TRUE(host.loadModule(&c4d_main, "pelloran"));
+    BaseDocument* doc = host.newDocument();
+    BaseObject* op = BaseObject::Alloc(Onull);
+    doc->InsertObject(op, nullptr, nullptr);
+
+    // Each case as the host's own function answers it, with the same journal entry.
+    const struct {
+        std::int32_t own;
+        void* element;
+        LONG type;
+    } cases[] = {{0, op, UNDO_CHANGE}, {1, op, UNDO_CHANGE}, {0, nullptr, UNDO_CHANGE},
+                 {0, op, UNDO_CHANGE_SELECTION}, {0, op, UNDO_DELETE}};
+    for (const auto& c : cases) {
+        moduleState().ownUndoInProgress = c.own;
+        doc->StartUndo();
+        host.journal().clear();
+        const LONG hooked = AddUndoHook(doc, c.element, c.type);
+        const std::string hookedJournal = host.journal().toString();
+        host.journal().clear();
+        const LONG plain = moduleState().previousAddUndo(doc, c.element, c.type);
+        EXPECT_EQ(hooked, plain);
+        EXPECT_EQ(hookedJournal, host.journal().toString());
+        doc->EndUndo();
+    }
+    moduleState().ownUndoInProgress = 0;
+
+    const AddUndoFunction saved = moduleState().previousAddUndo;
+    moduleState().previousAddUndo = nullptr;
+    EXPECT_EQ(AddUndoHook(doc, op, UNDO_CHANGE), 1);
+    moduleState().previousAddUndo = saved;
+    host.shutdown();
+}
+
+}  // namespace
+}  // namespace tvr::plr::adaptor::cinema4d
