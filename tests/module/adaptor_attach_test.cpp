@@ -1,0 +1,135 @@
+// The adaptor's identity as the core sees it, and the whole path from the
+// command to a running core: the sample core loaded from an installation root
+// through the system's platform, ticking while attached and detached at the end.
+#include <gtest/gtest.h>
+
+#include <cstring>
+#include <string>
+#include <vector>
+
+#include "adaptor/c4d_adaptor_interface.h"
+#include "embedded_host.h"
+#include "message_pump.h"
+#include "plugin/core_loader.h"
+#include "plugin/plugin_main.h"
+#include "registry_file_platform.h"
+#include "stats.h"
+#include "util/log.h"
+#include "util/xml/reader.h"
+
+namespace tvr::plr::adaptor::cinema4d {
+namespace {
+
+namespace emb = tvr::plr::embedded;
+namespace pf = tvr::platform;
+
+emb::HostOptions quietHost() {
+    emb::HostOptions options;
+    options.crashHandlers = false;
+    return options;
+}
+
+TEST(AdaptorIdentity, AnswersTheFixedSlots) {
+    emb::EmbeddedHost host(quietHost());
+    ASSERT_TRUE(host.loadModule(&c4d_main, "pelloran"));
+    core::AdaptorInterface* adaptor = C4DAdaptorInterface::instance();
+
+    EXPECT_EQ(adaptor->getInterfaceVersion(), 9201);
+    EXPECT_EQ(adaptor->getDisplayName(), "Cinema 4D R10 Adaptor");
+    EXPECT_EQ(adaptor->getAdaptorId(), "adaptor_c4dr11");
+    EXPECT_EQ(adaptor->getHostName(), "CINEMA4D");
+    EXPECT_EQ(adaptor->getHostVersion(), "R 11008");
+    EXPECT_EQ(&adaptor->getDisplayName(), &adaptor->getDisplayName());
+
+    core::StringList ids{"left over"};
+    tvr::util::ReturnValue<core::StringList> sink(&ids);
+    adaptor->getHostIdentifiers(&sink);
+    EXPECT_EQ(ids, (core::StringList{"CINEMA4D_R 11008", "CINEMA4D", ""}));
+
+    tvr::util::xml::Element data = tvr::util::xml::parse("<a>b</a>");
+    tvr::util::ReturnValue<tvr::util::xml::Element> dataSink(&data);
+    EXPECT_EQ(adaptor->getAdaptorData(&dataSink), 0);
+    EXPECT_TRUE(data.isEmpty());
+
+    EXPECT_EQ(adaptor->reservedQuery6(), 0);
+    EXPECT_EQ(adaptor->reservedQuery36(), 0);
+    adaptor->reservedNotify25(7);
+    adaptor->reservedNotify31();
+    adaptor->reservedNotify32();
+    adaptor->reservedNotify38(7);
+
+    EXPECT_EQ(adaptor->createMesh(nullptr, "m", tvr::util::CMesh()), nullptr);
+    adaptor->mergeFromFile("f", nullptr);
+    const std::string log = tvr::util::Log::contents();
+    EXPECT_NE(log.find("(ERROR): (NOT IMPLEMENTED) createMesh Cinema 4D R10 Adaptor\n"), std::string::npos);
+    EXPECT_NE(log.find("(ERROR): mergeFromFile not implemented\n"), std::string::npos);
+
+    // Frame rate from the active document, nothing without one.
+    EXPECT_DOUBLE_EQ(adaptor->getFrameRate(), 0.0);
+    EXPECT_DOUBLE_EQ(adaptor->getFrameDuration(), 0.0);
+    BaseDocument* doc = host.newDocument();
+    doc->SetFps(25);
+    EXPECT_DOUBLE_EQ(adaptor->getFrameRate(), 25.0);
+    EXPECT_DOUBLE_EQ(adaptor->getFrameDuration(), 0.04);
+    host.shutdown();
+}
+
+#ifndef PLR_TEST_ROOT
+#error PLR_TEST_ROOT names the installation root with the sample core
+#endif
+
+TEST(AdaptorAttach, CommandAttachesTheSampleCoreWhoseTimerRunsUntilTheModuleEnds) {
+    pf::Platform& system = pf::platform();
+    hostsim::RegistryFilePlatform registry(
+        system, hostsim::RegistryFilePlatform::parse(std::string("REGEDIT4\n[HKEY_LOCAL_MACHINE\\SOFTWARE\\Wow6432Node\\"
+                                                                 "Tavrelo]\n\"path\"=\"") +
+                                                     PLR_TEST_ROOT + "\"\n"));
+    pf::setPlatform(&registry);
+    // Held open here too, so its counters outlive the module's own release of it.
+    std::string corePath = std::string(PLR_TEST_ROOT) + "\\pelloran\\data\\core\\win\\x64\\core.dll";
+    pf::ModuleHandle core = system.loadLibrary(corePath.c_str());
+    ASSERT_NE(core, nullptr) << corePath;
+    PlrSampleCoreStatsFn statsFn = nullptr;
+    void* address = system.getProcAddress(core, "plr_sample_core_stats");
+    ASSERT_NE(address, nullptr);
+    std::memcpy(&statsFn, &address, sizeof statsFn);
+    const PlrSampleCoreStats* stats = statsFn();
+    const PlrSampleCoreStats before = *stats;
+
+    {
+        emb::EmbeddedHost host(quietHost());
+        host.setMessagePump([](std::uint64_t now) { pf::pumpMessages(now); });
+        ASSERT_TRUE(host.loadModule(&c4d_main, "pelloran"));
+        host.newDocument();
+        host.advance(200);
+        EXPECT_EQ(stats->timeSlices, before.timeSlices);  // nothing attached yet
+
+        ASSERT_TRUE(host.runCommand(1023575));
+        EXPECT_EQ(stats->attaches, before.attaches + 1);
+        EXPECT_EQ(stats->mainWindowsOpened, before.mainWindowsOpened + 1);
+        EXPECT_EQ(stats->hostIdentifiers, 3);
+        EXPECT_TRUE(host.dialogs().empty());
+#if defined(_WIN32)
+        host.runRealTime(400);  // the system's own timer, in real time
+        EXPECT_GT(stats->timeSlices, before.timeSlices);
+#else
+        host.advance(400);
+        EXPECT_EQ(stats->timeSlices, before.timeSlices + 10);
+#endif
+
+        // Running the command again reuses the attached core.
+        ASSERT_TRUE(host.runCommand(1023575));
+        EXPECT_EQ(stats->attaches, before.attaches + 1);
+        EXPECT_EQ(stats->mainWindowsOpened, before.mainWindowsOpened + 2);
+        host.shutdown();
+        EXPECT_EQ(stats->detaches, before.detaches + 1);
+        const std::int64_t ended = stats->timeSlices;
+        pf::pumpMessages(10000);  // no window of the module is left to tick
+        EXPECT_EQ(stats->timeSlices, ended);
+    }
+    pf::setPlatform(nullptr);
+    system.freeLibrary(core);
+}
+
+}  // namespace
+}  // namespace tvr::plr::adaptor::cinema4d
