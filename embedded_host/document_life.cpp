@@ -34,7 +34,9 @@ BaseDocument* EmbeddedHost::newDocument(const std::string& name) {
   DocumentImpl* d = makeDocument();
   d->settings.name = Filename(String(name));
   d->name = String(name);
+  DocumentNode* old = context_->active;
   insertDocument(d);
+  context_->active = old;  // insertDocument activates a first document silently; this one is told
   activateDocument(d);
   return d;
 }
@@ -56,7 +58,8 @@ void EmbeddedHost::activateDocument(BaseDocument* doc) {
   DocumentNode* d = documentNodeOf(doc);
   if (!d || d->inList != ListKind::Documents) return;
   DocumentNode* old = context_->active;
-  if (old && old != d) sendDocumentInfo(*context_, old, MSG_DOCUMENTINFO_TYPE_UNSETACTIVE);
+  if (old == d) return;
+  if (old) sendDocumentInfo(*context_, old, MSG_DOCUMENTINFO_TYPE_UNSETACTIVE);
   context_->active = d;
   context_->eventPending = true;
   sendDocumentInfo(*context_, d, MSG_DOCUMENTINFO_TYPE_SETACTIVE);

@@ -82,7 +82,7 @@ class Writer {
       o["color"] = {{"use", s.color.usecolor}, {"rgb", vec(s.color.color)}, {"xray", s.color.xray}};
     }
     if (n.selected) o["selected"] = true;
-    putData(o, n.data);
+    putData(o, n.data, true);
     if (const auto* poly = dynamic_cast<const PolygonNode*>(&n)) {
       Json pts = Json::array();
       for (const Vector& p : poly->points) appendVec(pts, p);
@@ -153,8 +153,9 @@ class Writer {
   }
 
  public:
-  void putData(Json& owner, const BaseContainer& bc) {
-    if (bc.GetCount() == 0 && bc.GetId() == 0) return;
+  // Objects always carry their container: an empty one differs from a new object's defaults.
+  void putData(Json& owner, const BaseContainer& bc, bool always = false) {
+    if (!always && bc.GetCount() == 0 && bc.GetId() == 0) return;
     Json entries = Json::array();
     for (LONG i = 0; i < bc.GetCount(); ++i) entries.push_back(entry(bc.GetIndexId(i), *bc.GetIndexData(i)));
     owner["data"] = {{"id", bc.GetId()}, {"entries", std::move(entries)}};
@@ -520,9 +521,14 @@ class Loader {
     }
   }
 
-  void readData(const Json& owner, BaseContainer* out) {
+  // The file's container replaces what a new node starts with (a camera's lens values, say);
+  // without one the node keeps its defaults.
+  void readData(const Json& owner, BaseContainer* target) {
     const Json* data = r_.optional(owner, "data");
     if (!data) return;
+    target->FlushAll();
+    target->SetId(0);
+    BaseContainer* out = target;
     Reader::Scope sc(r_, "data");
     r_.object(*data);
     out->SetId(intMember(*data, "id", 0));

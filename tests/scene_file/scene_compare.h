@@ -1,0 +1,313 @@
+#pragma once
+// Whole-scene comparison and random scenes for the scene-file tests.
+// The comparison walks both models field by field; links compare by the place
+// of their target in the tree, since a loaded scene has new nodes.
+#include <cmath>
+#include <cstring>
+#include <random>
+#include <sstream>
+#include <string>
+#include <unordered_map>
+#include <vector>
+
+#include "document_node.h"
+#include "opaque_tag.h"
+#include "polygon_object.h"
+#include "spline_object.h"
+#include "track_node.h"
+#include "uvw_tag.h"
+
+namespace tvr::plr::embedded::testing {
+
+class SceneComparer {
+ public:
+  // Empty when equal, else the first difference.
+  std::string compare(const DocumentNode& a, const DocumentNode& b) {
+    number(a, placesA_);
+    number(b, placesB_);
+    const DocumentSettings& x = a.settings;
+    const DocumentSettings& y = b.settings;
+    check(x.fps == y.fps, "fps");
+    time(x.time, y.time, "time");
+    time(x.minTime, y.minTime, "minTime");
+    time(x.maxTime, y.maxTime, "maxTime");
+    time(x.loopMinTime, y.loopMinTime, "loopMinTime");
+    time(x.loopMaxTime, y.loopMaxTime, "loopMaxTime");
+    data(a.data, b.data, "document data");
+    list(a.children.first, b.children.first, "objects");
+    return diff_;
+  }
+
+ private:
+  using Places = std::unordered_map<const HostNode*, std::size_t>;
+
+  static void numberNode(const HostNode* n, Places& p) {
+    p.emplace(n, p.size());
+    for (const HostNode* t = n->tags.first; t; t = t->next) p.emplace(t, p.size());
+    for (const HostNode* t = n->tracks.first; t; t = t->next) p.emplace(t, p.size());
+    for (const HostNode* c = n->children.first; c; c = c->next) numberNode(c, p);
+  }
+  static void number(const DocumentNode& d, Places& p) {
+    for (const HostNode* n = d.children.first; n; n = n->next) numberNode(n, p);
+  }
+
+  bool check(bool ok, const std::string& what) {
+    if (!ok && diff_.empty()) diff_ = what;
+    return ok;
+  }
+  static bool same(double a, double b) {
+    return (a == b && std::signbit(a) == std::signbit(b)) || (std::isnan(a) && std::isnan(b));
+  }
+  void vec(const Vector& a, const Vector& b, const std::string& what) {
+    check(same(a.x, b.x) && same(a.y, b.y) && same(a.z, b.z), what);
+  }
+  void time(const BaseTime& a, const BaseTime& b, const std::string& what) {
+    check(same(a.GetNumerator(), b.GetNumerator()) && same(a.GetDenominator(), b.GetDenominator()), what);
+  }
+
+  void data(const BaseContainer& a, const BaseContainer& b, const std::string& what) {
+    if (!check(a.GetId() == b.GetId() && a.GetCount() == b.GetCount(), what + ": id or count")) return;
+    for (LONG i = 0; i < a.GetCount(); ++i) {
+      const std::string w = what + " entry " + std::to_string(a.GetIndexId(i));
+      if (!check(a.GetIndexId(i) == b.GetIndexId(i), w + ": id")) return;
+      const GeData& x = *a.GetIndexData(i);
+      const GeData& y = *b.GetIndexData(i);
+      if (!check(x.GetType() == y.GetType(), w + ": type")) return;
+      switch (x.GetType()) {
+        case DA_REAL: check(same(x.GetReal(), y.GetReal()), w); break;
+        case DA_LREAL: check(same(x.GetLReal(), y.GetLReal()), w); break;
+        case DA_VECTOR: vec(x.GetVector(), y.GetVector(), w); break;
+        case DA_MATRIX: {
+          const Matrix m = x.GetMatrix(), n = y.GetMatrix();
+          vec(m.off, n.off, w);
+          vec(m.v1, n.v1, w);
+          vec(m.v2, n.v2, w);
+          vec(m.v3, n.v3, w);
+          break;
+        }
+        case DA_TIME: time(x.GetTime(), y.GetTime(), w); break;
+        case DA_ALIASLINK: {
+          BaseLink* la = x.GetBaseLink();
+          BaseLink* lb = y.GetBaseLink();
+          const HostNode* na = la ? nodeOf(la->ForceGetLink()) : nullptr;
+          const HostNode* nb = lb ? nodeOf(lb->ForceGetLink()) : nullptr;
+          const auto pa = na ? placesA_.find(na) : placesA_.end();
+          const auto pb = nb ? placesB_.find(nb) : placesB_.end();
+          const long ia = pa == placesA_.end() ? -1 : long(pa->second);
+          const long ib = pb == placesB_.end() ? -1 : long(pb->second);
+          check(ia == ib, w + ": link to " + std::to_string(ia) + " vs " + std::to_string(ib));
+          break;
+        }
+        default: check(x == y, w);
+      }
+    }
+  }
+
+  void list(const HostNode* a, const HostNode* b, const std::string& what) {
+    std::size_t i = 0;
+    for (; a && b; a = a->next, b = b->next, ++i) node(*a, *b, what + "[" + std::to_string(i) + "]");
+    check(!a && !b, what + ": count differs at " + std::to_string(i));
+  }
+
+  void node(const HostNode& a, const HostNode& b, const std::string& w) {
+    if (!check(a.kind == b.kind && a.type == b.type, w + ": kind or type")) return;
+    check(a.name.ToStd() == b.name.ToStd(), w + ": name");
+    check(a.selected == b.selected, w + ": selected");
+    data(a.data, b.data, w + " data");
+    if (auto* oa = dynamic_cast<const ObjectNode*>(&a)) {
+      const ObjectState& x = oa->state;
+      const ObjectState& y = dynamic_cast<const ObjectNode&>(b).state;
+      vec(x.pos, y.pos, w + ": pos");
+      vec(x.rot, y.rot, w + ": rot");
+      vec(x.scale, y.scale, w + ": scale");
+      check(x.editorMode == y.editorMode && x.renderMode == y.renderMode, w + ": modes");
+      check(x.color.usecolor == y.color.usecolor && x.color.xray == y.color.xray, w + ": colour");
+      vec(x.color.color, y.color.color, w + ": colour");
+    }
+    if (auto* pa = dynamic_cast<const PolygonNode*>(&a)) {
+      auto& pb = dynamic_cast<const PolygonNode&>(b);
+      check(pa->points.size() == pb.points.size() && pa->polygons == pb.polygons, w + ": polygons");
+      for (std::size_t i = 0; i < pa->points.size() && i < pb.points.size(); ++i) vec(pa->points[i], pb.points[i], w + ": point");
+    }
+    if (auto* sa = dynamic_cast<const SplineNode*>(&a)) {
+      auto& sb = dynamic_cast<const SplineNode&>(b);
+      check(sa->closed == sb.closed && sa->points.size() == sb.points.size(), w + ": spline");
+      check(sa->segments.size() == sb.segments.size(), w + ": segments");
+      for (std::size_t i = 0; i < sa->segments.size() && i < sb.segments.size(); ++i)
+        check(sa->segments[i].cnt == sb.segments[i].cnt && sa->segments[i].closed == sb.segments[i].closed,
+              w + ": segment");
+      for (std::size_t i = 0; i < sa->points.size() && i < sb.points.size(); ++i) vec(sa->points[i], sb.points[i], w + ": point");
+    }
+    if (auto* ua = dynamic_cast<const UVWTagNode*>(&a)) {
+      auto& ub = dynamic_cast<const UVWTagNode&>(b);
+      check(ua->entries == ub.entries, w + ": uvw");
+    }
+    if (auto* qa = dynamic_cast<const OpaqueTagNode*>(&a)) {
+      auto* qb = dynamic_cast<const OpaqueTagNode*>(&b);
+      check(qb && qa->record == qb->record, w + ": opaque record");
+    }
+    if (auto* ta = dynamic_cast<const TrackNode*>(&a)) {
+      auto& tb = dynamic_cast<const TrackNode&>(b);
+      bool idSame = ta->descId.GetDepth() == tb.descId.GetDepth();
+      for (LONG i = 0; idSame && i < ta->descId.GetDepth(); ++i)
+        idSame = ta->descId[i].id == tb.descId[i].id && ta->descId[i].dtype == tb.descId[i].dtype &&
+                 ta->descId[i].creator == tb.descId[i].creator;
+      check(idSame, w + ": track id");
+      if (check(ta->curve.keys.size() == tb.curve.keys.size(), w + ": key count"))
+        for (std::size_t i = 0; i < ta->curve.keys.size(); ++i) {
+          const KeyImpl& x = *ta->curve.keys[i];
+          const KeyImpl& y = *tb.curve.keys[i];
+          time(x.time, y.time, w + ": key time");
+          check(same(x.value, y.value) && x.interpolation == y.interpolation, w + ": key");
+        }
+    }
+    list(a.tags.first, b.tags.first, w + ".tags");
+    list(a.tracks.first, b.tracks.first, w + ".tracks");
+    list(a.children.first, b.children.first, w + ".children");
+  }
+
+  Places placesA_, placesB_;
+  std::string diff_;
+};
+
+inline std::string compareScenes(BaseDocument* a, BaseDocument* b) {
+  auto* da = dynamic_cast<DocumentNode*>(nodeOf(a));
+  auto* db = dynamic_cast<DocumentNode*>(nodeOf(b));
+  if (!da || !db) return "not documents";
+  return SceneComparer().compare(*da, *db);
+}
+
+// Fills a document with a random scene through the host API, as a module would.
+class RandomScene {
+ public:
+  explicit RandomScene(unsigned seed, LONG pluginTagType = 0) : rng_(seed), pluginTag_(pluginTagType) {}
+
+  void fill(BaseDocument* doc, int objects) {
+    doc->SetFps(LONG(pick(1, 120)));
+    doc->SetTime(BaseTime(double(pick(-500, 500)), double(pick(1, 1000))));
+    doc->SetMinTime(BaseTime(Real(real(-10, 0))));
+    doc->SetMaxTime(BaseTime(Real(real(0, 100))));
+    doc->SetLoopMinTime(BaseTime(3, 7));
+    doc->SetLoopMaxTime(BaseTime(Real(real(0, 100))));
+    container(*doc->GetDataInstance());
+    std::vector<BaseObject*> all;
+    for (int i = 0; i < objects; ++i) {
+      BaseObject* op = object();
+      BaseObject* parent = all.empty() || pick(0, 2) == 0 ? nullptr : all[std::size_t(pick(0, long(all.size()) - 1))];
+      doc->InsertObject(op, parent, nullptr);
+      all.push_back(op);
+    }
+    // Links once every node exists, to objects, tags and tracks alike.
+    std::vector<BaseList2D*> targets;
+    for (BaseObject* op : all) {
+      targets.push_back(op);
+      for (BaseTag* t = op->GetFirstTag(); t; t = t->GetNext()) targets.push_back(t);
+      for (CTrack* t = op->GetFirstCTrack(); t; t = t->GetNext()) targets.push_back(t);
+    }
+    for (BaseList2D* n : targets)
+      if (pick(0, 2) == 0) n->GetDataInstance()->SetLink(LONG(pick(1, 99)), targets[std::size_t(pick(0, long(targets.size()) - 1))]);
+  }
+
+  std::string bytes(std::size_t maxLength) {
+    std::string s(std::size_t(pick(0, long(maxLength))), '\0');
+    const bool text = pick(0, 1) == 0;
+    for (char& c : s) c = char(text ? pick(32, 126) : pick(0, 255));
+    return s;
+  }
+
+ private:
+  long pick(long lo, long hi) { return std::uniform_int_distribution<long>(lo, hi)(rng_); }
+  double real(double lo, double hi) { return std::uniform_real_distribution<double>(lo, hi)(rng_); }
+  Vector vector() { return Vector(Real(real(-1e3, 1e3)), Real(real(-1, 1)), Real(real(-1e-3, 1e-3))); }
+
+  void container(BaseContainer& bc) {
+    if (pick(0, 3) == 0) bc.SetId(LONG(pick(-5, 5)));
+    const long n = pick(0, 8);
+    for (long i = 0; i < n; ++i) {
+      const LONG id = LONG(pick(-3, 2000000));
+      switch (pick(0, 8)) {
+        case 0: bc.SetLong(id, LONG(pick(INT32_MIN, INT32_MAX))); break;
+        case 1: bc.SetReal(id, Real(real(-1e30, 1e30))); break;
+        case 2: bc.SetLReal(id, real(-1, 1) * 1e-300); break;
+        case 3: bc.SetVector(id, vector()); break;
+        case 4: bc.SetMatrix(id, Matrix(vector(), vector(), vector(), vector())); break;
+        case 5: bc.SetString(id, String(bytes(pick(0, 3) == 0 ? 4000 : 40))); break;
+        case 6: bc.SetTime(id, BaseTime(double(pick(-1000, 1000)), double(pick(1, 600)))); break;
+        case 7: bc.SetData(id, GeData()); break;
+        default: bc.SetVoid(id, nullptr); break;
+      }
+    }
+  }
+
+  BaseObject* object() {
+    static const LONG types[] = {Onull, Ocamera, Opolygon, Ospline};
+    const LONG type = types[pick(0, 3)];
+    BaseObject* op = BaseObject::Alloc(type);
+    op->SetName(String(bytes(12)));
+    op->SetPos(vector());
+    op->SetRot(vector());
+    op->SetScale(vector());
+    op->SetEditorMode(LONG(pick(0, 2)));
+    op->SetRenderMode(LONG(pick(0, 2)));
+    ObjectColorProperties color;
+    color.usecolor = LONG(pick(0, 3));
+    color.color = vector();
+    color.xray = pick(0, 1) == 1;
+    op->SetColorProperties(&color);
+    container(*op->GetDataInstance());
+    LONG polygons = 0;
+    if (type == Opolygon) {
+      auto* poly = static_cast<PolygonObject*>(op);
+      polygons = LONG(pick(0, 20));
+      poly->ResizeObject(LONG(pick(0, 30)), polygons);
+      for (LONG i = 0; i < poly->GetPointCount(); ++i) poly->GetPointW()[i] = vector();
+      for (LONG i = 0; i < polygons; ++i)
+        poly->GetPolygonW()[i] = CPolygon(LONG(pick(0, 29)), LONG(pick(0, 29)), LONG(pick(0, 29)), LONG(pick(0, 29)));
+    } else if (type == Ospline) {
+      auto* spline = static_cast<SplineObject*>(op);
+      spline->ResizeObject(LONG(pick(0, 30)), LONG(pick(0, 3)));
+      for (LONG i = 0; i < spline->GetPointCount(); ++i) spline->GetPointW()[i] = vector();
+      for (LONG i = 0; i < spline->GetSegmentCount(); ++i) spline->GetSegmentW()[i] = Segment{LONG(pick(0, 10)), pick(0, 1) == 1};
+      if (pick(0, 1)) spline->SetClosed(true);
+    }
+    if (type == Opolygon && pick(0, 1)) {
+      auto* uvw = static_cast<UVWTag*>(op->MakeTag(Tuvw));
+      uvw->Resize(polygons);
+      for (LONG i = 0; i < polygons; ++i) uvw->SetSlow(i, UVWStruct(vector(), vector(), vector(), vector()));
+      uvw->SetName(String(bytes(6)));
+    }
+    if (pluginTag_ && pick(0, 1)) {
+      BaseTag* t = op->MakeTag(pluginTag_);
+      if (t) container(*t->GetDataInstance());
+    }
+    const long tracks = pick(0, 2);
+    for (long i = 0; i < tracks; ++i) {
+      CTrack* track = CTrack::Alloc(op, DescID(DescLevel(ID_BASEOBJECT_POSITION, DTYPE_VECTOR, 0),
+                                               DescLevel(LONG(VECTOR_X + i), DTYPE_REAL, 0)));
+      op->InsertTrackSorted(track);
+      CCurve* curve = track->GetCurve(CCURVE_CURVE, true);
+      const long keys = pick(0, 5);
+      for (long k = 0; k < keys; ++k) {
+        CKey* key = curve->AddKey(BaseTime(double(pick(0, 300)), 30.0));
+        key->SetValue(curve, Real(real(-10, 10)));
+        key->SetInterpolation(curve, LONG(pick(1, 3)));
+      }
+    }
+    if (pick(0, 4) == 0) op->GetDataInstance()->SetString(1023579, String(xmlText()));
+    return op;
+  }
+
+  std::string xmlText() {
+    std::ostringstream out;
+    out << "<?xml version=\"1.0\"?>\n<state tool=\"" << pick(0, 99) << "\">";
+    const long n = pick(50, 800);
+    for (long i = 0; i < n; ++i) out << "<v i=\"" << i << "\">" << real(-1, 1) << "&amp;</v>\n";
+    out << "</state>";
+    return out.str();
+  }
+
+  std::mt19937 rng_;
+  LONG pluginTag_;
+};
+
+}  // namespace tvr::plr::embedded::testing

@@ -1,0 +1,313 @@
+#include <gtest/gtest.h>
+
+#include <filesystem>
+#include <functional>
+#include <limits>
+#include <fstream>
+#include <sstream>
+
+#include "embedded_host.h"
+#include "host_context.h"
+#include "scene_compare.h"
+#include "scene_file.h"
+
+#if !defined(_WIN32)
+#include <csignal>
+#include <sys/resource.h>
+#endif
+
+namespace tvr::plr::embedded::testing {
+namespace {
+
+namespace fs = std::filesystem;
+
+constexpr LONG kPluginTag = 1029001;
+
+class SavedTag : public TagData {};
+NodeData* allocSavedTag() { return new SavedTag; }
+
+LONG tagModule(LONG action, void* p1, void*, void*) {
+  if (action == C4DPL_INIT_SYS) {
+    C4DOS() = static_cast<C4D_HostTable*>(p1);
+    return 1;
+  }
+  if (action == C4DPL_START) return RegisterTagPlugin(kPluginTag, "Saved tag", TAG_VISIBLE, allocSavedTag, "", nullptr, 0) ? 1 : 0;
+  return 1;
+}
+
+std::string slurp(const fs::path& p) {
+  std::ifstream in(p, std::ios::binary);
+  std::ostringstream s;
+  s << in.rdbuf();
+  return s.str();
+}
+
+void spit(const fs::path& p, const std::string& text) {
+  std::ofstream out(p, std::ios::binary);
+  out << text;
+}
+
+class SceneFileTest : public ::testing::Test {
+ protected:
+  SceneFileTest() : host(options()) {
+    dir = fs::temp_directory_path() / ("scene_file_test_" + std::to_string(::testing::UnitTest::GetInstance()->random_seed()) +
+                                       "_" + ::testing::UnitTest::GetInstance()->current_test_info()->name());
+    fs::create_directories(dir);
+    host.loadModule(&tagModule, "tag-module");
+    doc = host.newDocument("scene");
+  }
+  ~SceneFileTest() override {
+    std::error_code ec;
+    fs::remove_all(dir, ec);
+  }
+  static HostOptions options() {
+    HostOptions o;
+    o.crashHandlers = false;
+    return o;
+  }
+  std::string file(const char* name) const { return (dir / name).string(); }
+
+  EmbeddedHost host;
+  fs::path dir;
+  BaseDocument* doc = nullptr;
+};
+
+TEST_F(SceneFileTest, RandomScenesSurviveSaveAndLoad) {
+  for (unsigned seed = 1; seed <= 25; ++seed) {
+    BaseDocument* original = host.newDocument("random");
+    RandomScene(seed, kPluginTag).fill(original, int(seed * 3));
+    const std::string path = file("random.scene");
+    std::string error;
+    ASSERT_TRUE(host.saveDocument(original, path, &error)) << error;
+    BaseDocument* loaded = host.openDocument(path, &error);
+    ASSERT_NE(loaded, nullptr) << error;
+    EXPECT_EQ(compareScenes(original, loaded), "") << "seed " << seed;
+    EXPECT_EQ(host.activeDocument(), loaded);
+    EXPECT_EQ(loaded->GetDocumentName().GetString().ToStd(), "random.scene");
+    // Writing the loaded scene gives the same file: nothing drifts on a second pass.
+    const std::string first = slurp(path);
+    ASSERT_TRUE(host.saveDocument(loaded, path, &error)) << error;
+    EXPECT_EQ(slurp(path), first) << "seed " << seed;
+    host.closeDocument(loaded);
+    host.closeDocument(original);
+  }
+}
+
+TEST_F(SceneFileTest, ComparisonNoticesEveryKindOfChange) {
+  // The round trip above is only as strong as the comparison it relies on.
+  RandomScene(99, kPluginTag).fill(doc, 12);
+  const std::string path = file("base.scene");
+  ASSERT_TRUE(host.saveDocument(doc, path));
+  const auto reopened = [&] { return host.openDocument(path); };
+  std::vector<std::pair<const char*, std::function<void(BaseDocument*)>>> edits{
+      {"name", [](BaseDocument* d) { d->GetFirstObject()->SetName("renamed"); }},
+      {"position", [](BaseDocument* d) { d->GetFirstObject()->SetPos(Vector(1e-7f, 0, 0)); }},
+      {"order", [](BaseDocument* d) {
+         BaseObject* first = d->GetFirstObject();
+         first->Remove();
+         d->InsertObject(first, nullptr, d->GetFirstObject());
+       }},
+      {"container", [](BaseDocument* d) { d->GetFirstObject()->GetDataInstance()->SetString(5, "x"); }},
+      {"fps", [](BaseDocument* d) { d->SetFps(d->GetFps() + 1); }},
+      {"mode", [](BaseDocument* d) {
+         BaseObject* op = d->GetFirstObject();
+         op->SetRenderMode(op->GetRenderMode() == MODE_ON ? MODE_OFF : MODE_ON);
+       }},
+      {"tag", [](BaseDocument* d) { d->GetFirstObject()->MakeTag(kPluginTag); }},
+      {"track", [](BaseDocument* d) {
+         BaseObject* op = d->GetFirstObject();
+         op->InsertTrackSorted(CTrack::Alloc(op, DescID(DescLevel(CAMERAOBJECT_FOV, DTYPE_REAL, 0))));
+       }},
+  };
+  for (auto& [what, edit] : edits) {
+    BaseDocument* copy = reopened();
+    ASSERT_NE(copy, nullptr);
+    ASSERT_EQ(compareScenes(doc, copy), "");
+    edit(copy);
+    EXPECT_NE(compareScenes(doc, copy), "") << what;
+    host.closeDocument(copy);
+  }
+}
+
+TEST_F(SceneFileTest, GeometryAndTextSurviveExactly) {
+  auto* poly = PolygonObject::Alloc(4, 1);
+  poly->GetPointW()[1] = Vector(0.1f, -0.0f, 3.4028235e38f);
+  poly->GetPolygonW()[0] = CPolygon(0, 1, 2, 3);
+  doc->InsertObject(poly, nullptr, nullptr);
+  auto* uvw = static_cast<UVWTag*>(poly->MakeTag(Tuvw));
+  ASSERT_TRUE(uvw->Resize(1));
+  uvw->SetSlow(0, UVWStruct(Vector(0.25f), Vector(1e-45f), Vector(-1), Vector(0.5f, 0.75f, 0)));
+  std::string bytes;
+  for (int i = 0; i < 256; ++i) bytes += char(i);
+  bytes += "\xC3\xA9";
+  poly->GetDataInstance()->SetString(1023579, String(bytes));
+  poly->GetDataInstance()->SetLReal(2, std::numeric_limits<double>::quiet_NaN());
+  poly->GetDataInstance()->SetReal(3, -std::numeric_limits<float>::infinity());
+  BaseObject* bareCamera = BaseObject::Alloc(Ocamera);
+  bareCamera->GetDataInstance()->FlushAll();
+  doc->InsertObject(bareCamera, nullptr, nullptr);
+  auto* spline = SplineObject::Alloc(3);
+  spline->SetClosed(true);
+  doc->InsertObject(spline, poly, nullptr);
+  const std::string path = file("geometry.scene");
+  ASSERT_TRUE(host.saveDocument(doc, path));
+  BaseDocument* loaded = host.openDocument(path);
+  ASSERT_NE(loaded, nullptr);
+  EXPECT_EQ(compareScenes(doc, loaded), "");
+  EXPECT_EQ(loaded->GetFirstObject()->GetDataInstance()->GetCount(), 0);  // no lens defaults come back
+  auto* back = static_cast<PolygonObject*>(loaded->GetFirstObject()->GetNext());
+  EXPECT_EQ(back->GetDataInstance()->GetString(1023579).ToStd(), bytes);
+  EXPECT_TRUE(std::isnan(back->GetDataInstance()->GetLReal(2)));
+  EXPECT_TRUE(std::signbit(back->GetPointR()[1].y));
+  EXPECT_EQ(static_cast<UVWTag*>(back->GetTag(Tuvw))->GetSlow(0).b.x, 1e-45f);
+  EXPECT_TRUE(back->GetDown()->GetRealSpline()->IsClosed());
+}
+
+TEST_F(SceneFileTest, UnregisteredPluginTagsPassThroughUnchanged) {
+  const std::string path = file("foreign.scene");
+  const char* foreign = R"({"type": 1099999, "name": "Foreign", "private": {"state": [1, 2.5, "x"], "more": null},
+                           "data": {"id": 0, "entries": [[1, "weird", {"deep": true}]]}})";
+  spit(path, std::string(R"({"format": "embedded-host-scene", "version": 1, "document": {},
+    "objects": [{"type": 5140, "name": "holder", "tags": [)") + foreign + R"(, {"type": 1029001}]}]})");
+  std::string error;
+  BaseDocument* loaded = host.openDocument(path, &error);
+  ASSERT_NE(loaded, nullptr) << error;
+  BaseTag* first = loaded->GetFirstObject()->GetFirstTag();
+  ASSERT_NE(first, nullptr);
+  EXPECT_EQ(first->GetType(), 1099999);
+  EXPECT_EQ(first->GetName().ToStd(), "Foreign");
+  EXPECT_NE(first->GetNext()->GetNodeData(), nullptr);  // the registered one is a real plug-in tag
+  EXPECT_NE(host.tree(loaded).find("holder [5140] tags: 1099999 'Foreign' 1029001"), std::string::npos) << host.tree(loaded);
+  // Through a clone (as undo makes) and a save, the record stays what it was.
+  BaseObject* clone = loaded->GetFirstObject()->GetClone(0, nullptr);
+  loaded->InsertObject(clone, nullptr, nullptr);
+  const std::string again = file("again.scene");
+  ASSERT_TRUE(host.saveDocument(loaded, again, &error)) << error;
+  const nlohmann::json written = nlohmann::json::parse(slurp(again));
+  for (int i = 0; i < 2; ++i) EXPECT_EQ(written["objects"][i]["tags"][0], nlohmann::json::parse(foreign));
+}
+
+// Each bad file: what the message must mention.
+TEST_F(SceneFileTest, BadFilesLoadNothingAndSayWhereTheyFail) {
+  RandomScene(5).fill(doc, 6);
+  const std::string good = file("good.scene");
+  ASSERT_TRUE(host.saveDocument(doc, good));
+  const std::string before = host.dump(doc);
+  const std::string text = slurp(good);
+  const std::string head = R"({"format": "embedded-host-scene", "version": 1, "document": {}, "objects": )";
+  const std::vector<std::pair<std::string, std::string>> cases{
+      {text.substr(0, text.size() / 2), "not a scene file"},
+      {"", "not a scene file"},
+      {"plain words", "not a scene file"},
+      {"[1, 2]", "top level: expected an object"},
+      {R"({"format": "other", "version": 1, "document": {}})", "format: not the expected kind"},
+      {R"({"format": "embedded-host-scene", "version": 2, "document": {}})", "version 2 is newer than this host reads (1)"},
+      {R"({"format": "embedded-host-scene", "version": "1", "document": {}})", "version: expected an integer"},
+      {R"({"format": "embedded-host-scene", "version": 1})", "missing member \"document\""},
+      {R"({"format": "embedded-host-scene", "version": 1, "document": {"fps": 0}})", "document.fps: frame rate"},
+      {R"({"format": "embedded-host-scene", "version": 1, "document": {"time": [1]}})", "document.time: expected 2 elements"},
+      {head + R"([{"type": 5140}, {"type": 7}]})", "objects[1].type: unknown object type 7"},
+      {head + R"([{"type": 5140, "name": 4}]})", "objects[0].name: expected a string"},
+      {head + R"([{"type": 5140, "pos": [1, 2, "x"]}]})", "objects[0].pos: expected a number"},
+      {head + R"([{"type": 5140, "scale": [1, 2, 1e300]}]})", "too large for single precision"},
+      {head + R"([{"type": 5140, "children": [{"type": 5100, "points": [1, 2]}]}]})", "objects[0].children[0].points: expected a multiple of 3"},
+      {head + R"([{"type": 5140, "points": []}]})", "objects[0].points: an object of type 5140 has no geometry"},
+      {head + R"([{"type": 5100, "polygons": [0, 1, 2, 3000000000]}]})", "objects[0].polygons[0]: integer 3000000000 does not fit"},
+      {head + R"([{"type": 5140, "data": {"entries": [[1, "long", 1.5]]}}]})", "objects[0].data.entries[0][2]: expected an integer"},
+      {head + R"([{"type": 5140, "data": {"entries": [[1, "blob", 1]]}}]})", "unknown value kind \"blob\""},
+      {head + R"([{"type": 5140, "data": {"entries": [[1, "long", 1], [1, "long", 2]]}}]})", "id 1 appears twice"},
+      {head + R"([{"type": 5140, "data": {"entries": [[1, "link", 5]]}}]})", "objects[0].data.entries[0][2]: link to place 5, but the file has 1 nodes"},
+      {head + R"([{"type": 5140, "data": {"entries": [[1, "string", {"bytes": "!!"}]]}}]})", "not valid base64"},
+      {head + R"([{"type": 5140, "tracks": [{"id": [], "keys": []}]}]})", "objects[0].tracks[0].id: a track needs"},
+      {head + R"([{"type": 5140, "tracks": [{"id": [[903, 23, 0]], "keys": [[0, 0, 1, 2]]}]}]})", "zero denominator"},
+      {head + R"([{"type": 5140, "tags": [{"type": 5671, "uvw": [1]}]}]})", "tags[0].uvw: expected a multiple of 12"},
+      {head + R"([{"type": 5140, "tags": [{"type": "5671"}]}]})", "tags[0].type: expected an integer"},
+      {head + std::string(3000, '[') + std::string(3000, ']') + "}", "nested deeper"},
+  };
+  const std::string bad = file("bad.scene");
+  for (const auto& [content, expected] : cases) {
+    spit(bad, content);
+    std::string error;
+    const std::size_t consoleBefore = host.console().size();
+    EXPECT_EQ(host.openDocument(bad, &error), nullptr) << expected;
+    EXPECT_NE(error.find(expected), std::string::npos) << "expected \"" << expected << "\" in: " << error;
+    EXPECT_NE(error.find(bad), std::string::npos) << error;  // names the file
+    EXPECT_EQ(host.console().size(), consoleBefore + 1);
+    EXPECT_EQ(host.documents().size(), 1u);
+    EXPECT_EQ(host.activeDocument(), doc);
+  }
+  EXPECT_EQ(host.dump(doc), before);
+  // Objects nested just below the limit still load; one more level does not.
+  std::string deep = head, tail;
+  for (int i = 0; i <= scenefile::kMaxDepth; ++i) {
+    deep += R"([{"type": 5140, "children": )";
+    tail += "}]";
+  }
+  spit(bad, deep + "[]" + tail + "}");
+  std::string error;
+  EXPECT_EQ(host.openDocument(bad, &error), nullptr);
+  EXPECT_NE(error.find("objects nested deeper than 1000"), std::string::npos) << error;
+  deep.erase(head.size(), std::strlen(R"([{"type": 5140, "children": )"));
+  spit(bad, deep + "[]" + tail.substr(2) + "}");
+  EXPECT_NE(host.openDocument(bad, &error), nullptr) << error;
+  EXPECT_EQ(host.openDocument(file("missing.scene"), &error), nullptr);
+  EXPECT_NE(error.find("cannot open"), std::string::npos);
+}
+
+TEST_F(SceneFileTest, FailedSavesLeaveTheEarlierFile) {
+  doc->InsertObject(BaseObject::Alloc(Onull), nullptr, nullptr);
+  const std::string path = file("kept.scene");
+  ASSERT_TRUE(host.saveDocument(doc, path));
+  const std::string earlier = slurp(path);
+  RandomScene(3).fill(doc, 40);
+  std::string error;
+  EXPECT_FALSE(host.saveDocument(doc, (dir / "no-such-dir" / "x.scene").string(), &error));
+  EXPECT_NE(error.find("cannot write"), std::string::npos) << error;
+  EXPECT_EQ(host.dialogs().size(), 1u);
+#if !defined(_WIN32)
+  // A full disk: the file-size limit makes writes fail part way, as ENOSPC would.
+  rlimit old{};
+  getrlimit(RLIMIT_FSIZE, &old);
+  auto previous = std::signal(SIGXFSZ, SIG_IGN);
+  rlimit small = old;
+  small.rlim_cur = 100;
+  ASSERT_EQ(setrlimit(RLIMIT_FSIZE, &small), 0);
+  const bool saved = host.saveDocument(doc, path, &error);
+  setrlimit(RLIMIT_FSIZE, &old);
+  std::signal(SIGXFSZ, previous);
+  EXPECT_FALSE(saved);
+  EXPECT_NE(error.find("writing failed"), std::string::npos) << error;
+  EXPECT_EQ(slurp(path), earlier);
+  EXPECT_FALSE(fs::exists(path + ".saving"));
+#endif
+  // A directory in the way of the rename.
+  fs::create_directories(dir / "taken.scene" / "inside");
+  EXPECT_FALSE(host.saveDocument(doc, file("taken.scene"), &error));
+  EXPECT_NE(error.find("cannot replace"), std::string::npos) << error;
+  EXPECT_EQ(slurp(path), earlier);
+}
+
+TEST_F(SceneFileTest, PreferencesKeepTheWorldContainer) {
+  BaseContainer& world = host.world();
+  EXPECT_EQ(world.GetLong(WPREF_UNITS_BASIC), UNIT_CM);
+  world.SetLong(WPREF_UNITS_BASIC, UNIT_INCH);
+  world.SetString(1023579, String(std::string("<state>\xff\x00</state>", 17)));
+  const std::string path = file("prefs.json");
+  ASSERT_TRUE(host.savePreferences(path));
+  const BaseContainer saved = world;
+  // Documents come and go; the world container stays.
+  host.closeDocument(doc);
+  host.newDocument("other");
+  EXPECT_EQ(world, saved);
+  world.FlushAll();
+  ASSERT_TRUE(host.loadPreferences(path));
+  EXPECT_EQ(world, saved);
+  spit(path, R"({"format": "embedded-host-preferences", "version": 1, "data": {"entries": [[10000, "long", "3"]]}})");
+  std::string error;
+  EXPECT_FALSE(host.loadPreferences(path, &error));
+  EXPECT_NE(error.find("data.entries[0][2]: expected an integer"), std::string::npos) << error;
+  EXPECT_EQ(world, saved);
+}
+
+}  // namespace
+}  // namespace tvr::plr::embedded::testing
