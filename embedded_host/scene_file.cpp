@@ -609,7 +609,8 @@ class Loader {
 
 std::string write(const DocumentNode& doc) {
   Writer w;
-  return w.document(doc).dump(1, '\t');
+  // Compact: large scenes load and save in less time; any JSON tool can indent it.
+  return w.document(doc).dump();
 }
 
 DocumentImpl* read(const std::string& text, std::string* error) {
