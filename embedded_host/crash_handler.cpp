@@ -25,10 +25,18 @@ void callSlot(const char* text) {
 #if defined(_WIN32)
 LPTOP_LEVEL_EXCEPTION_FILTER g_previous = nullptr;
 bool g_installed = false;
+const int kSignals[] = {SIGSEGV, SIGILL, SIGFPE, SIGABRT};
+void (*g_previousSignals[sizeof kSignals / sizeof kSignals[0]])(int);
 
 LONG WINAPI onException(EXCEPTION_POINTERS*) {
   callSlot("unhandled exception");
   return EXCEPTION_CONTINUE_SEARCH;
+}
+
+void onSignal(int sig) {
+  callSlot(sig == SIGSEGV ? "fatal signal SIGSEGV" : sig == SIGABRT ? "fatal signal SIGABRT" : "fatal signal");
+  std::signal(sig, SIG_DFL);
+  std::raise(sig);
 }
 #else
 const int kSignals[] = {SIGSEGV, SIGBUS, SIGILL, SIGFPE, SIGABRT};
@@ -59,6 +67,7 @@ void installCrashHandlers() {
   g_installed = true;
 #if defined(_WIN32)
   g_previous = SetUnhandledExceptionFilter(onException);
+  for (std::size_t i = 0; i < sizeof kSignals / sizeof kSignals[0]; ++i) g_previousSignals[i] = std::signal(kSignals[i], onSignal);
 #else
   for (std::size_t i = 0; i < sizeof kSignals / sizeof kSignals[0]; ++i) {
     struct sigaction sa;
@@ -75,6 +84,7 @@ void removeCrashHandlers() {
   g_installed = false;
 #if defined(_WIN32)
   SetUnhandledExceptionFilter(g_previous);
+  for (std::size_t i = 0; i < sizeof kSignals / sizeof kSignals[0]; ++i) std::signal(kSignals[i], g_previousSignals[i]);
 #else
   for (std::size_t i = 0; i < sizeof kSignals / sizeof kSignals[0]; ++i) sigaction(kSignals[i], &g_previous[i], nullptr);
 #endif

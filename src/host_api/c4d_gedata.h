@@ -25,6 +25,7 @@ class GeData {
  public:
   GeData() = default;
   GeData(int v) : value_(LONG(v)) {}
+  GeData(long v) : value_(LONG(v)) {}
   GeData(bool v) : value_(LONG(v ? 1 : 0)) {}
   GeData(Real v) : value_(v) {}
   GeData(LReal v) : value_(v) {}

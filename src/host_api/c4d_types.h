@@ -5,8 +5,15 @@
 
 using Real = float;
 using LReal = double;
+#if defined(_WIN32)
+// The same types the system headers give these names (32 bits there), so both can be included.
+using LONG = long;
+using ULONG = unsigned long;
+#else
 using LONG = std::int32_t;
 using ULONG = std::uint32_t;
+#endif
+static_assert(sizeof(LONG) == 4 && sizeof(ULONG) == 4, "LONG and ULONG are 32-bit");
 using LLONG = std::int64_t;
 using VLONG = std::intptr_t;
 using VULONG = std::uintptr_t;
