@@ -53,10 +53,6 @@ TEST(AdaptorIdentity, AnswersTheFixedSlots) {
 
     EXPECT_EQ(adaptor->reservedQuery6(), 0);
     EXPECT_EQ(adaptor->reservedQuery36(), 0);
-    adaptor->reservedNotify25(7);
-    adaptor->reservedNotify31();
-    adaptor->reservedNotify32();
-    adaptor->reservedNotify38(7);
 
     EXPECT_EQ(adaptor->createMesh(nullptr, "m", tvr::util::CMesh()), nullptr);
     adaptor->mergeFromFile("f", nullptr);
