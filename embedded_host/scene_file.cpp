@@ -623,7 +623,7 @@ DocumentImpl* read(const std::string& text, std::string* error) {
   Json root;
   try {
     root = Json::parse(text);
-  } catch (const Json::parse_error& e) {
+  } catch (const Json::exception& e) {  // syntax errors, and numbers beyond double's range
     return report(std::string("not a scene file: ") + e.what());
   }
   if (depthOf(root) > std::size_t(2 * kMaxDepth + 8))
@@ -633,6 +633,8 @@ DocumentImpl* read(const std::string& text, std::string* error) {
     return loader.load(root);
   } catch (const FormatError& e) {
     return report(e.what());
+  } catch (const Json::exception& e) {
+    return report(std::string("not a scene file: ") + e.what());
   } catch (const std::bad_alloc&) {
     return report("out of memory while reading the scene");
   }
@@ -656,7 +658,7 @@ bool readPreferences(const std::string& text, BaseContainer* world, std::string*
     Loader(*c).loadPreferences(root, &read);
     *world = std::move(read);
     return true;
-  } catch (const Json::parse_error& e) {
+  } catch (const Json::exception& e) {
     if (error) *error = std::string("not a preferences file: ") + e.what();
   } catch (const FormatError& e) {
     if (error) *error = e.what();

@@ -3,6 +3,7 @@
 #include <filesystem>
 #include <functional>
 #include <limits>
+#include <random>
 #include <fstream>
 #include <sstream>
 
@@ -252,6 +253,40 @@ TEST_F(SceneFileTest, BadFilesLoadNothingAndSayWhereTheyFail) {
   EXPECT_NE(host.openDocument(bad, &error), nullptr) << error;
   EXPECT_EQ(host.openDocument(file("missing.scene"), &error), nullptr);
   EXPECT_NE(error.find("cannot open"), std::string::npos);
+}
+
+TEST_F(SceneFileTest, DamagedFilesNeverHarmTheHost) {
+  RandomScene(8, kPluginTag).fill(doc, 8);
+  const std::string good = file("good.scene");
+  ASSERT_TRUE(host.saveDocument(doc, good));
+  const std::string text = slurp(good);
+  const std::string bad = file("damaged.scene");
+  std::mt19937 rng(21);
+  const char noise[] = "{}[],:\"0-9.eEtrufalsn \\x";
+  int loaded = 0;
+  for (int round = 0; round < 300; ++round) {
+    std::string damaged = text;
+    const int edits = 1 + round % 4;
+    for (int e = 0; e < edits; ++e) {
+      const std::size_t at = std::uniform_int_distribution<std::size_t>(0, damaged.size() - 1)(rng);
+      switch (round % 3) {
+        case 0: damaged[at] = noise[rng() % (sizeof noise - 1)]; break;
+        case 1: damaged.erase(at, 1 + rng() % 8); break;
+        default: damaged.resize(at); break;
+      }
+    }
+    spit(bad, damaged);
+    std::string error;
+    BaseDocument* d = host.openDocument(bad, &error);
+    if (d) {
+      ++loaded;
+      host.closeDocument(d);
+    } else {
+      EXPECT_FALSE(error.empty());
+    }
+    ASSERT_EQ(host.documents().size(), 1u);
+  }
+  EXPECT_LT(loaded, 300);
 }
 
 TEST_F(SceneFileTest, FailedSavesLeaveTheEarlierFile) {
