@@ -63,33 +63,3 @@ TEST(SceneFileJson, NumbersKeepTheirBits) {
     EXPECT_THROW(r.int64(Json(18446744073709551615ULL)), FormatError);
     EXPECT_EQ(r.int32(Json(-2147483648LL)), INT32_MIN);
 }
-
-TEST(SceneFileJson, ErrorsNameThePlace) {
-    const Json doc = Json::parse(R"({"objects": [{"name": "a"}, {"name": 5, "tags": [{"type": "x"}]}]})");
-    Reader r;
-    const auto message = [&](auto&& f) -> std::string {
-        try {
-            f();
-        } catch (const FormatError& e) {
-            return e.what();
-        }
-        return "no error";
-    };
-    EXPECT_EQ(message([&] {
-                  const Json& objs = r.member(doc, "objects");
-                  Reader::Scope s(r, "objects");
-                  for (std::size_t i = 0; i < objs.size(); ++i) {
-                      Reader::Scope e(r, i);
-                      r.bytes(objs[i], "name");
-                  }
-              }),
-              "objects[1].name: expected a string or {\"bytes\": ...}, found a number");
-    EXPECT_EQ(r.path(), "");  // scopes unwound with the exception
-    EXPECT_EQ(message([&] { r.member(doc, "settings"); }), "top level: missing member \"settings\"");
-    EXPECT_EQ(message([&] {
-                  Reader::Scope s(r, "objects");
-                  r.array(doc["objects"], 3);
-              }),
-              "objects: expected 3 elements, found 2");
-    EXPECT_EQ(message([&] { r.bytes(Json::parse(R"({"bytes": "@@@@"})")); }), "bytes: not valid base64");
-}
