@@ -3,16 +3,19 @@
 //
 // These definitions are local to the module (the export list keeps them out of
 // the dynamic symbol table), so they replace operator new only for code compiled
-// into the module. On Linux the C++ runtime is a shared library with its own
-// operator new, and a block allocated in one and released by the other is
-// possible when a runtime template is partly inlined. That stays sound because
-// both families end in malloc and free: the hosts this module is built for hand
-// over malloc-compatible alloc and free functions.
+// into the module. Where the C++ runtime is a shared library (Linux), its own
+// code keeps the program's operator new, and a block made on one side may be
+// released on the other when a runtime template is only partly inlined. That
+// stays sound because the host's alloc and free are the program's own operator
+// new and delete (the embedded host) or malloc and free, and the runtime's
+// operator new is malloc underneath. On Windows the runtime is linked into the
+// module, so all of it uses these operators.
 //
-// Before the host hands over its table (static initialisation, which this module
-// keeps free of allocations) the same family is used directly: malloc and free.
-// A block from that fallback released later through the host's free is therefore
-// still released by the allocator that made it.
+// The program's operator new cannot be named from here: inside the module that
+// name is this file's. So before the host hands over its table the fallback is
+// malloc and free. Nothing in the module allocates that early (no namespace-scope
+// objects that allocate; identity strings and singletons are built on first
+// use), so the fallback only guards against a host calling out of order.
 //
 // This file is linked into the module only; tests that link the module's code
 // keep their program's own operators.
