@@ -105,7 +105,7 @@ elif [[ -z "$module" || ! -f examples/first.session ]]; then
   echo "no installed pelloran.cdl64 or no examples/first.session: demo session skipped"
 else
   if (cd "$(dirname "$hostsim")" && timeout "$per_test_timeout" "$wine" "./hostsim.exe" \
-        --plugins "$(winpath "$(dirname "$module")")" "$(winpath examples/first.session)") \
+        --plugins "$(winpath "$(dirname "$module")")" "$(winpath "$root_dir/examples/first.session")") \
       >"$log_dir/demo.log" 2>&1; then
     passed=$((passed + 1))
     echo "demo session: passed"
