@@ -15,5 +15,8 @@ for bin in build/fuzz/fuzz/*_fuzz; do
   echo "== $name for ${seconds}s"
   seeds=()
   [[ -d "$corpus_seed" ]] && seeds=("$corpus_seed")
-  "$bin" -max_total_time="$seconds" -rss_limit_mb=2048 -timeout=10 -print_final_stats=1 "$work" "${seeds[@]}"
+  # A fuzzer's dictionary, when it has one, is fuzz/<name>.dict.
+  dict=()
+  [[ -f "fuzz/${name%_fuzz}.dict" ]] && dict=("-dict=fuzz/${name%_fuzz}.dict")
+  "$bin" -max_total_time="$seconds" -rss_limit_mb=2048 -timeout=10 -print_final_stats=1 "${dict[@]}" "$work" "${seeds[@]}"
 done

@@ -1,0 +1,135 @@
+// Arbitrary bytes as a scene file (and as a preferences file). Reading must
+// either fail with a message or give a scene that saves, reads back from the
+// saved text, and saves again to the same text and the same scene.
+#include <cctype>
+#include <cstddef>
+#include <cstdint>
+#include <cstdio>
+#include <cstdlib>
+#include <map>
+#include <memory>
+#include <string>
+
+#include "document_node.h"
+#include "embedded_host.h"
+#include "host_context.h"
+#include "scene_dump.h"
+#include "scene_file.h"
+
+using namespace tvr::plr::embedded;
+
+namespace {
+
+// A tag type a module registers, so that files can hold plug-in tags the host
+// knows besides built-in ones and unknown (kept as read) ones.
+constexpr LONG kPluginTag = 1029001;
+
+class FuzzTag : public TagData {};
+NodeData* allocFuzzTag() { return new FuzzTag; }
+
+LONG tagModule(LONG action, void* p1, void*, void*) {
+  if (action == C4DPL_INIT_SYS) {
+    C4DOS() = static_cast<C4D_HostTable*>(p1);
+    return 1;
+  }
+  if (action == C4DPL_START) return RegisterTagPlugin(kPluginTag, "Fuzz tag", TAG_VISIBLE, allocFuzzTag, "", nullptr, 0) ? 1 : 0;
+  return 1;
+}
+
+EmbeddedHost& host() {
+  static EmbeddedHost* running = [] {
+    HostOptions options;
+    options.crashHandlers = false;  // a fault must reach the sanitizer, not the host's handler
+    static EmbeddedHost h(options);
+    if (!h.loadModule(&tagModule, "fuzz-tag-module")) std::abort();
+    return &h;
+  }();
+  return *running;
+}
+
+[[noreturn]] void fail(const char* what, const std::string& a, const std::string& b) {
+  std::fprintf(stderr, "scene_file_fuzz: %s\n--- first\n%.4000s\n--- second\n%.4000s\n", what, a.c_str(), b.c_str());
+  std::abort();
+}
+
+// Node identities differ between loads; number them by first appearance so that
+// dumps of equal scenes are equal text (links name their target's identity too).
+std::string withoutIdentities(const std::string& dump) {
+  std::map<std::string, std::size_t> seen;
+  std::string out;
+  out.reserve(dump.size());
+  std::size_t i = 0;
+  while (i < dump.size()) {
+    std::size_t prefix = 0;
+    if (dump[i] == '#')
+      prefix = 1;
+    else if (dump.compare(i, 5, "link:") == 0)
+      prefix = 5;
+    std::size_t end = i + prefix;
+    while (prefix && end < dump.size() && std::isdigit(static_cast<unsigned char>(dump[end]))) ++end;
+    if (prefix == 0 || end == i + prefix) {
+      out += dump[i++];
+      continue;
+    }
+    const auto it = seen.emplace(dump.substr(i + prefix, end - i - prefix), seen.size()).first;
+    out.append(dump, i, prefix);
+    out += 'n' + std::to_string(it->second);
+    i = end;
+  }
+  return out;
+}
+
+struct Loaded {
+  std::unique_ptr<DocumentImpl> doc;
+  std::string error;
+};
+
+Loaded load(const std::string& text) {
+  Loaded l;
+  l.doc.reset(scenefile::read(text, &l.error));
+  return l;
+}
+
+void sceneRoundTrip(const std::string& text) {
+  const Loaded first = load(text);
+  if (!first.doc) {
+    if (first.error.empty()) fail("a refused file gave no reason", text, "");
+    return;
+  }
+  const std::string saved = scenefile::write(*first.doc);
+  const Loaded second = load(saved);
+  if (!second.doc) fail(("saved scene does not read back: " + second.error).c_str(), text, saved);
+  const std::string savedAgain = scenefile::write(*second.doc);
+  if (saved != savedAgain) fail("saving the reloaded scene gives other text", saved, savedAgain);
+  const std::string dumpA = withoutIdentities(dumpTree(first.doc.get()));
+  const std::string dumpB = withoutIdentities(dumpTree(second.doc.get()));
+  if (dumpA != dumpB) fail("the reloaded scene differs", dumpA, dumpB);
+}
+
+void preferencesRoundTrip(const std::string& text) {
+  BaseContainer world;
+  world.SetLong(1, 7);  // must survive a refused file
+  std::string error;
+  if (!scenefile::readPreferences(text, &world, &error)) {
+    if (error.empty()) fail("refused preferences gave no reason", text, "");
+    if (world.GetCount() != 1 || world.GetLong(1) != 7) fail("refused preferences changed the container", text, "");
+    return;
+  }
+  const std::string saved = scenefile::writePreferences(world);
+  BaseContainer again;
+  if (!scenefile::readPreferences(saved, &again, &error)) fail(("saved preferences do not read back: " + error).c_str(), text, saved);
+  const std::string savedAgain = scenefile::writePreferences(again);
+  if (saved != savedAgain) fail("saving reloaded preferences gives other text", saved, savedAgain);
+}
+
+}  // namespace
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+  const std::size_t nodesBefore = host().context().registry.allocatedCount();
+  const std::string text(reinterpret_cast<const char*>(data), size);
+  sceneRoundTrip(text);
+  // Every node a read made, kept or refused, is gone again: none stays registered.
+  if (host().context().registry.allocatedCount() != nodesBefore) fail("nodes outlive their scene", text, "");
+  preferencesRoundTrip(text);
+  return 0;
+}
