@@ -47,22 +47,20 @@ EmbeddedHost::~EmbeddedHost() {
   context_.reset();
 }
 
+bool EmbeddedHost::refuseModule(const std::string& text, std::string* error) {
+  context_->print(text);
+  if (error) *error = text;
+  return false;
+}
+
 bool EmbeddedHost::loadModule(const std::string& path, std::string* error) {
   std::string why;
   void* library = openLibrary(path, why);
-  if (!library) {
-    const std::string text = path + ": cannot load (" + why + ")";
-    context_->print(text);
-    if (error) *error = text;
-    return false;
-  }
+  if (!library) return refuseModule(path + ": cannot load (" + why + ")", error);
   C4DMainFunction entry = findEntry(library);
   if (!entry) {
     closeLibrary(library);
-    const std::string text = path + ": no c4d_main";
-    context_->print(text);
-    if (error) *error = text;
-    return false;
+    return refuseModule(path + ": no c4d_main", error);
   }
   auto m = std::make_unique<Module>();
   m->path = path;
@@ -72,12 +70,7 @@ bool EmbeddedHost::loadModule(const std::string& path, std::string* error) {
 }
 
 bool EmbeddedHost::loadModule(C4DMainFunction entry, const std::string& path, std::string* error) {
-  if (!entry) {
-    const std::string text = path + ": no c4d_main";
-    context_->print(text);
-    if (error) *error = text;
-    return false;
-  }
+  if (!entry) return refuseModule(path + ": no c4d_main", error);
   auto m = std::make_unique<Module>();
   m->path = path;
   m->entry = entry;
@@ -94,11 +87,8 @@ bool EmbeddedHost::startModule(std::unique_ptr<Module> m, std::string* error) {
   context_->journal.add("Module", "initialise " + m->path);
   const LONG init = m->entry(C4DPL_INIT_SYS, &hostTable(), nullptr, &m->fileName);
   if (init != 1) {
-    const std::string text = m->path + ": initialise answered " + std::to_string(init);
-    context_->print(text);
-    if (error) *error = text;
     closeLibrary(m->library);
-    return false;
+    return refuseModule(m->path + ": initialise answered " + std::to_string(init), error);
   }
   context_->journal.add("Module", "start " + m->path);
   context_->starting = true;

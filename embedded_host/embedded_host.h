@@ -97,6 +97,8 @@ class EmbeddedHost {
  private:
   struct Module;
   bool startModule(std::unique_ptr<Module> m, std::string* error);
+  // Prints text, hands it to error and answers false.
+  bool refuseModule(const std::string& text, std::string* error);
   void deliverSpecialEvents();
   void freeDocuments();
   std::string untitledName();

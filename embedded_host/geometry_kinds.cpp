@@ -1,9 +1,7 @@
 #include "geometry_kinds.h"
 
 #include "host_context.h"
-#include "host_table.h"
 #include "polygon_object.h"
-#include "ray_collider.h"
 #include "spline_object.h"
 #include "uvw_tag.h"
 
@@ -22,8 +20,6 @@ void registerGeometryKinds() {
     }
     return tag;
   };
-  hostTable().rayColliderAlloc = &allocRayCollider;
-  hostTable().rayColliderFree = &freeRayCollider;
 }
 
 }  // namespace tvr::plr::embedded

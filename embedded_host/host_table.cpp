@@ -7,6 +7,7 @@
 #include "document_node.h"
 #include "host_context.h"
 #include "link_impl.h"
+#include "ray_collider.h"
 #include "track_node.h"
 #include "embedded_host.h"
 
@@ -164,7 +165,7 @@ Bool registerCommand(LONG id, const String& name, LONG info, BaseBitmap* icon, c
   HostContext* c = ctx();
   if (!mayRegister(c, id, name, "Command", data)) return false;
   if (!data) return false;
-  c->plugins.commands.push_back({id, name.ToStd(), iconName(icon), help.ToStd(), info, data});
+  c->plugins.commands.push_back({{id, name.ToStd(), info}, iconName(icon), help.ToStd(), data});
   return true;
 }
 
@@ -173,7 +174,7 @@ Bool registerSceneHook(LONG id, const String& name, LONG info, DataAllocator* al
   HostContext* c = ctx();
   if (!mayRegister(c, id, name, "SceneHook", nullptr)) return false;
   if (!allocator) return false;
-  c->plugins.sceneHooks.push_back({id, name.ToStd(), info, priority, diskLevel, allocator});
+  c->plugins.sceneHooks.push_back({{id, name.ToStd(), info}, "", "", priority, diskLevel, allocator});
   return true;
 }
 
@@ -182,7 +183,8 @@ Bool registerTag(LONG id, const String& name, LONG info, DataAllocator* allocato
   HostContext* c = ctx();
   if (!mayRegister(c, id, name, "Tag", nullptr)) return false;
   if (!allocator) return false;
-  c->plugins.tags.push_back({id, name.ToStd(), description.ToStd(), iconName(icon), info, diskLevel, allocator});
+  c->plugins.tags.push_back(
+      {{id, name.ToStd(), info}, description.ToStd(), iconName(icon), 0, diskLevel, allocator});
   return true;
 }
 
@@ -190,7 +192,7 @@ Bool registerMessage(LONG id, const String& name, LONG info, MessageData* data) 
   HostContext* c = ctx();
   if (!mayRegister(c, id, name, "Message", data)) return false;
   if (!data) return false;
-  c->plugins.messages.push_back({id, name.ToStd(), info, data});
+  c->plugins.messages.push_back({{id, name.ToStd(), info}, data});
   return true;
 }
 
@@ -253,6 +255,8 @@ void fillHostTable(LONG apiVersion) {
   t.registerSceneHookPlugin = registerSceneHook;
   t.registerTagPlugin = registerTag;
   t.registerMessagePlugin = registerMessage;
+  t.rayColliderAlloc = allocRayCollider;
+  t.rayColliderFree = freeRayCollider;
 }
 
 }  // namespace tvr::plr::embedded

@@ -4,43 +4,37 @@
 
 namespace tvr::plr::embedded {
 
+namespace {
+
+template <class Plugin>
+const Plugin* findId(const std::vector<Plugin>& plugins, LONG id) {
+  for (const auto& p : plugins)
+    if (p.id == id) return &p;
+  return nullptr;
+}
+
+}  // namespace
+
 bool PluginRegistry::isRegistered(LONG id) const {
-  for (const auto& p : commands)
-    if (p.id == id) return true;
-  for (const auto& p : messages)
-    if (p.id == id) return true;
-  for (const auto& p : tags)
-    if (p.id == id) return true;
-  for (const auto& p : sceneHooks)
-    if (p.id == id) return true;
-  return false;
+  return findId(commands, id) || findId(messages, id) || findId(tags, id) || findId(sceneHooks, id);
 }
 
-const CommandPlugin* PluginRegistry::command(LONG id) const {
-  for (const auto& p : commands)
-    if (p.id == id) return &p;
-  return nullptr;
-}
-
-const TagPlugin* PluginRegistry::tag(LONG id) const {
-  for (const auto& p : tags)
-    if (p.id == id) return &p;
-  return nullptr;
-}
+const CommandPlugin* PluginRegistry::command(LONG id) const { return findId(commands, id); }
+const TagPlugin* PluginRegistry::tag(LONG id) const { return findId(tags, id); }
 
 void PluginRegistry::freeData() {
   std::set<BaseData*> done;
   auto release = [&done](BaseData* d) {
     if (d && done.insert(d).second) delete d;
   };
-  for (auto& p : commands) {
-    release(p.data);
-    p.data = nullptr;
-  }
-  for (auto& p : messages) {
-    release(p.data);
-    p.data = nullptr;
-  }
+  auto releaseAll = [&release](auto& plugins) {
+    for (auto& p : plugins) {
+      release(p.data);
+      p.data = nullptr;
+    }
+  };
+  releaseAll(commands);
+  releaseAll(messages);
   for (BaseData* d : orphans) release(d);
   orphans.clear();
 }

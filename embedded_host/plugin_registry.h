@@ -8,36 +8,31 @@
 
 namespace tvr::plr::embedded {
 
-struct CommandPlugin {
+// What every registration carries.
+struct PluginEntry {
   LONG id = 0;
-  std::string name, icon, help;
+  std::string name;
   LONG info = 0;
+};
+
+struct CommandPlugin : PluginEntry {
+  std::string icon, help;
   CommandData* data = nullptr;
 };
 
-struct MessagePlugin {
-  LONG id = 0;
-  std::string name;
-  LONG info = 0;
+struct MessagePlugin : PluginEntry {
   MessageData* data = nullptr;
 };
 
-struct TagPlugin {
-  LONG id = 0;
-  std::string name, description, icon;
-  LONG info = 0;
-  LONG diskLevel = 0;
-  DataAllocator* allocator = nullptr;
-};
-
-struct SceneHookPlugin {
-  LONG id = 0;
-  std::string name;
-  LONG info = 0;
+// Tags and scene hooks: the allocator makes one data object per node.
+struct NodePlugin : PluginEntry {
+  std::string description, icon;
   LONG priority = 0;
   LONG diskLevel = 0;
   DataAllocator* allocator = nullptr;
 };
+using TagPlugin = NodePlugin;
+using SceneHookPlugin = NodePlugin;
 
 class PluginRegistry {
  public:

@@ -227,14 +227,7 @@ class Loader {
       Reader::Scope s(r_, "document");
       readSettings(settings);
     }
-    if (const Json* objects = r_.optional(root, "objects")) {
-      Reader::Scope s(r_, "objects");
-      r_.array(*objects);
-      for (std::size_t i = 0; i < objects->size(); ++i) {
-        Reader::Scope e(r_, i);
-        readObject((*objects)[i], doc_, 1);
-      }
-    }
+    r_.each(root, "objects", [&](const Json& o) { readObject(o, doc_, 1); });
     resolveLinks();
     DocumentImpl* out = doc_;
     doc_ = nullptr;
@@ -400,18 +393,13 @@ class Loader {
     } else if (spline) {
       spline->points = points(o);
       spline->closed = boolMember(o, "closed", false);
-      if (const Json* segs = r_.optional(o, "segments")) {
-        Reader::Scope sc(r_, "segments");
-        r_.array(*segs);
-        for (std::size_t i = 0; i < segs->size(); ++i) {
-          Reader::Scope e(r_, i);
-          const Json& s = r_.array((*segs)[i], 2);
-          Segment seg;
-          seg.cnt = r_.int32(s[0]);
-          seg.closed = r_.boolean(s[1]);
-          spline->segments.push_back(seg);
-        }
-      }
+      r_.each(o, "segments", [&](const Json& e) {
+        const Json& s = r_.array(e, 2);
+        Segment seg;
+        seg.cnt = r_.int32(s[0]);
+        seg.closed = r_.boolean(s[1]);
+        spline->segments.push_back(seg);
+      });
     } else {
       for (const char* key : {"points", "polygons", "segments"})
         if (r_.optional(o, key)) {
@@ -419,30 +407,9 @@ class Loader {
           r_.fail("an object of type " + std::to_string(type) + " has no geometry");
         }
     }
-    if (const Json* tags = r_.optional(o, "tags")) {
-      Reader::Scope sc(r_, "tags");
-      r_.array(*tags);
-      for (std::size_t i = 0; i < tags->size(); ++i) {
-        Reader::Scope e(r_, i);
-        readTag((*tags)[i], n);
-      }
-    }
-    if (const Json* tracks = r_.optional(o, "tracks")) {
-      Reader::Scope sc(r_, "tracks");
-      r_.array(*tracks);
-      for (std::size_t i = 0; i < tracks->size(); ++i) {
-        Reader::Scope e(r_, i);
-        readTrack((*tracks)[i], n);
-      }
-    }
-    if (const Json* children = r_.optional(o, "children")) {
-      Reader::Scope sc(r_, "children");
-      r_.array(*children);
-      for (std::size_t i = 0; i < children->size(); ++i) {
-        Reader::Scope e(r_, i);
-        readObject((*children)[i], n, depth + 1);
-      }
-    }
+    r_.each(o, "tags", [&](const Json& t) { readTag(t, n); });
+    r_.each(o, "tracks", [&](const Json& t) { readTrack(t, n); });
+    r_.each(o, "children", [&](const Json& c) { readObject(c, n, depth + 1); });
   }
 
   void readTag(const Json& t, HostNode* owner) {
@@ -503,22 +470,16 @@ class Loader {
     place(track);
     track->name = nameMember(t);
     readData(t, &track->data);
-    if (const Json* keys = r_.optional(t, "keys")) {
-      Reader::Scope sc(r_, "keys");
-      r_.array(*keys);
-      track->curve.keys.reserve(keys->size());
-      for (std::size_t i = 0; i < keys->size(); ++i) {
-        Reader::Scope e(r_, i);
-        const Json& k = r_.array((*keys)[i], 4);
-        auto key = std::make_unique<KeyImpl>();
-        key->time = time(Json::array({k[0], k[1]}));
-        key->value = r_.real(k[2]);
-        key->interpolation = r_.int32(k[3]);
-        key->curve = &track->curve;
-        track->curve.keys.push_back(std::move(key));
-      }
-      track->curve.resort();
-    }
+    r_.each(t, "keys", [&](const Json& e) {
+      const Json& k = r_.array(e, 4);
+      auto key = std::make_unique<KeyImpl>();
+      key->time = time(Json::array({k[0], k[1]}));
+      key->value = r_.real(k[2]);
+      key->interpolation = r_.int32(k[3]);
+      key->curve = &track->curve;
+      track->curve.keys.push_back(std::move(key));
+    });
+    track->curve.resort();
   }
 
   // The file's container replaces what a new node starts with (a camera's lens values, say);

@@ -67,6 +67,19 @@ public:
     std::string bytes(const Json& v);
     const std::string& text(const Json& v);
 
+    // Visits each element of an optional array member, each in its own scope.
+    template <class Visit>
+    void each(const Json& obj, const char* key, Visit&& visit) {
+        const Json* v = optional(obj, key);
+        if (!v) return;
+        Scope sc(*this, key);
+        array(*v);
+        for (std::size_t i = 0; i < v->size(); ++i) {
+            Scope e(*this, i);
+            visit((*v)[i]);
+        }
+    }
+
     // Member shortcuts that step into the member for the message.
     std::int32_t int32(const Json& obj, const char* key);
     double number(const Json& obj, const char* key);

@@ -59,26 +59,15 @@ UndoRecord::~UndoRecord() {
 
 HostNode* UndoRecord::live() const { return byMarker(marker_); }
 
-void UndoRecord::undo() {
+void UndoRecord::apply(bool undoing) {
   switch (type_) {
     case UNDO_CHANGE:
     case UNDO_CHANGE_NOCHILDS:
     case UNDO_CHANGE_SMALL: swapChange(); break;
     case UNDO_CHANGE_SELECTION: swapSelection(); break;
-    case UNDO_NEW: takeOut(); break;
-    case UNDO_DELETE: putBack(); break;
-    default: break;
-  }
-}
-
-void UndoRecord::redo() {
-  switch (type_) {
-    case UNDO_CHANGE:
-    case UNDO_CHANGE_NOCHILDS:
-    case UNDO_CHANGE_SMALL: swapChange(); break;
-    case UNDO_CHANGE_SELECTION: swapSelection(); break;
-    case UNDO_NEW: putBack(); break;
-    case UNDO_DELETE: takeOut(); break;
+    // Undoing a creation is redoing a deletion, and the other way round.
+    case UNDO_NEW: undoing ? takeOut() : putBack(); break;
+    case UNDO_DELETE: undoing ? putBack() : takeOut(); break;
     default: break;
   }
 }

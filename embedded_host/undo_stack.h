@@ -17,8 +17,8 @@ class UndoRecord {
   UndoRecord(const UndoRecord&) = delete;
   UndoRecord& operator=(const UndoRecord&) = delete;
 
-  void undo();
-  void redo();
+  void undo() { apply(true); }
+  void redo() { apply(false); }
 
   // A node this record holds out of the scene was freed by its caller: keep it as the copy.
   void adoptFreed(HostNode* n);
@@ -28,6 +28,7 @@ class UndoRecord {
   LONG type() const { return type_; }
 
  private:
+  void apply(bool undoing);
   void swapChange();
   void swapSelection();
   void takeOut();   // element out of the scene, held here

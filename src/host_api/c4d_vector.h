@@ -113,6 +113,8 @@ inline Vector MatrixToHPB(const Matrix& mat, LONG rotationOrder = ROTATIONORDER_
     h = std::atan2(double(v1.z), double(v1.x));
   }
   if (h < 0.0) h += twoPi;
-  if (h >= twoPi) h -= twoPi;
-  return Vector(Real(h), Real(p), Real(b));
+  // Just below 2*pi rounds up to it in single precision; that is a heading of 0.
+  Real heading = Real(h);
+  if (double(heading) >= twoPi) heading = 0;
+  return Vector(heading, Real(p), Real(b));
 }

@@ -2,6 +2,7 @@
 #include <cstdio>
 #include <string>
 
+#include "document_node.h"
 #include "host_context.h"
 #include "host_fixture.h"
 
@@ -125,6 +126,50 @@ TEST(Registration, OnlyWhileStartingAndOncePerId) {
   EXPECT_EQ(host.journal().count("Register"), 6u);  // four accepted, one late, one duplicate
 }
 
+TEST(Evaluation, ExpressionTagsRunDepthFirstAndHooksComeOncePerDocument) {
+  EmbeddedHost host(quietOptions());
+  ASSERT_TRUE(host.loadModule(linkedTestModuleMain, "linked test module"));
+  BaseDocument* first = host.newDocument("first");
+  BaseDocument* second = host.newDocument("second");
+  auto hooks = [](BaseDocument* d) { return static_cast<DocumentNode*>(nodeOf(d))->hooks; };
+  ASSERT_EQ(hooks(first).size(), 1u);
+  ASSERT_EQ(hooks(second).size(), 1u);
+  EXPECT_NE(hooks(first)[0]->nodeData(), hooks(second)[0]->nodeData());
+  static_cast<DocumentNode*>(nodeOf(first))->ensureSceneHooks();
+  EXPECT_EQ(hooks(first).size(), 1u);
+
+  // a { a1 { a11 } a2 } b, each with an expression tag (a with two); one more in the other document.
+  std::vector<BaseTag*> expected;
+  auto add = [&](BaseDocument* doc, BaseObject* parent, BaseObject* pred, int tags) {
+    BaseObject* op = BaseObject::Alloc(Onull);
+    doc->InsertObject(op, parent, pred);
+    BaseTag* last = nullptr;
+    for (int i = 0; i < tags; ++i) {
+      BaseTag* t = BaseTag::Alloc(kTagId);
+      op->InsertTag(t, last);
+      last = t;
+      if (doc == first) expected.push_back(t);
+    }
+    op->InsertTag(BaseTag::Alloc(Tuvw));  // no plug-in, no expression: never runs
+    return op;
+  };
+  BaseObject* a = add(first, nullptr, nullptr, 2);
+  BaseObject* a1 = add(first, a, nullptr, 1);
+  add(first, a1, nullptr, 1);
+  add(first, a, a1, 1);
+  add(first, nullptr, a, 1);
+  add(second, nullptr, nullptr, 1);
+
+  host.journal().clear();
+  EXPECT_TRUE(first->ExecutePasses(nullptr, true, false, false));
+  EXPECT_EQ(host.journal().count("SpecialEventAdd"), 0u);  // animation only
+  EXPECT_TRUE(first->ExecutePasses(nullptr, false, true, false));
+  std::vector<std::string> ran, order;
+  for (const auto& e : host.journal().find("SpecialEventAdd")) ran.push_back(e.text);
+  for (BaseTag* t : expected) order.push_back("1000003 7 " + std::to_string(reinterpret_cast<VULONG>(t)));
+  EXPECT_EQ(ran, order);
+}
+
 TEST(Events, JournalRecordsHostCallsInOrder) {
   EmbeddedHost host(quietOptions());
   host.journal().clear();
@@ -150,6 +195,19 @@ TEST(Events, JournalRecordsHostCallsInOrder) {
   EXPECT_EQ(host.journal().size(), 0u);
   EXPECT_EQ(GetC4DVersion(), 11008);
   EXPECT_EQ(GetWorldContainerInstance()->GetLong(WPREF_UNITS_BASIC), UNIT_CM);
+
+  // Object and document messages, with what they were sent to.
+  BaseDocument* doc = host.newDocument("d");
+  BaseObject* op = BaseObject::Alloc(Onull);
+  op->SetName("n");
+  doc->InsertObject(op, nullptr, nullptr);
+  host.journal().clear();
+  op->Message(MSG_UPDATE);
+  doc->Message(MSG_UPDATE);
+  ASSERT_EQ(e.size(), 2u);
+  EXPECT_EQ(e[0].kind + " " + e[0].text, "Message object:5140 'n' 604");
+  EXPECT_EQ(e[1].kind, "DocumentMessage");
+  EXPECT_EQ(e[1].text.substr(e[1].text.size() - 4), " 604");
 }
 
 TEST(Events, PumpRunsEachCycleOnTheVirtualClock) {

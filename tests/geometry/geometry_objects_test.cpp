@@ -173,6 +173,11 @@ TEST_F(GeometryObjectTest, RayColliderFindsTheNearestHitInObjectSpace) {
   EXPECT_FALSE(rc->GetNearestIntersection(&hit));
   GeRayCollider::Free(rc);
   EXPECT_EQ(rc, nullptr);
+
+  // Refilling the table, as shutdown does, keeps the collider's services.
+  host.shutdown();
+  EXPECT_NE(host.table().rayColliderAlloc, nullptr);
+  EXPECT_NE(host.table().rayColliderFree, nullptr);
 }
 
 }  // namespace

@@ -114,7 +114,7 @@ TEST(Rotation, HpbMatrixAndBackOnRandomAngles) {
     expectNear(m, expectedHpb(hpb.x, hpb.y, hpb.z), 1e-5f);
     const Vector back = MatrixToHPB(m, ROTATIONORDER_HPB);
     EXPECT_GE(back.x, 0.0f);
-    EXPECT_LT(back.x, 6.2832f);
+    EXPECT_LT(double(back.x), 6.283185307179586);
     expectNear(HPBToMatrix(back), m, 2e-5f);
   }
   // Scaled axes are normalised first; a negative heading comes back in [0, 2*pi).
@@ -122,6 +122,8 @@ TEST(Rotation, HpbMatrixAndBackOnRandomAngles) {
   scaled.v1 *= 3;
   scaled.v3 *= 0.5f;
   expectNear(MatrixToHPB(scaled), Vector(6.2831853f - 0.5f, 0.2f, 0.1f), 1e-4f);
+  // A heading a hair below zero stays below 2*pi after rounding to single precision.
+  EXPECT_LT(double(MatrixToHPB(HPBToMatrix(Vector(-1e-8f, 0, 0))).x), 6.283185307179586);
   // Gimbal lock still gives a matrix that reproduces the rotation.
   const Matrix locked = HPBToMatrix(Vector(0.3f, 1.5707964f, 0.0f));
   expectNear(HPBToMatrix(MatrixToHPB(locked)), locked, 1e-4f);
