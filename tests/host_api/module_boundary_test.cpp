@@ -45,6 +45,8 @@ std::vector<std::string> hostIncludes(const fs::path& root, const std::set<std::
 
 TEST(ModuleBoundary, NoModuleFileIncludesTheEmbeddedHost) {
   const fs::path source = PLR_SOURCE_DIR;
+  // A cross-built copy run elsewhere may not see the source tree; the native run checks it.
+  if (!fs::is_directory(source / "embedded_host")) GTEST_SKIP() << "no source tree at " << source;
   const std::set<std::string> hostHeaders = headerNames(source / "embedded_host");
   ASSERT_TRUE(hostHeaders.count("host_node.h"));  // the scan looks where the headers are
   EXPECT_EQ(hostIncludes(source / "src", hostHeaders), std::vector<std::string>{});

@@ -59,6 +59,12 @@ TEST(BaseContainer, KeepsInsertionOrderAndTypedDefaults) {
   EXPECT_EQ(bc.GetString(20).ToStd(), "");
   EXPECT_EQ(bc.GetVoid(10), nullptr);
   EXPECT_EQ(bc.GetData(99).GetType(), DA_NIL);
+  EXPECT_EQ(bc.GetLong(10, 7), 7);  // another type answers the default too
+  EXPECT_EQ(bc.GetLink(30, nullptr), nullptr);
+  EXPECT_EQ(bc.GetBaseLink(10), nullptr);
+  EXPECT_TRUE(bc.GetVector(30) == Vector());
+  EXPECT_EQ(bc.GetTime(20).Get(), 0.0);
+  EXPECT_FALSE(bc.GetBool(20));
 
   BaseContainer copy = bc;
   EXPECT_TRUE(copy == bc);
