@@ -8,8 +8,7 @@ namespace tvr::plr::adaptor::cinema4d {
 
 namespace {
 
-// Operations whose work is not done by this adaptor log that fact at error
-// level and answer a neutral value, so a core calling them keeps running.
+// See the section at the end of this file.
 void notImplemented(const char* name) {
     tvr::util::Log(tvr::util::Log::Error).write(std::string(name) + " not implemented", -1);
 }
@@ -51,6 +50,58 @@ void C4DAdaptorInterface::getHostIdentifiers(tvr::util::ReturnValue<core::String
 
 int C4DAdaptorInterface::reservedQuery6() { return 0; }
 
+core::CoreNode* C4DAdaptorInterface::createMesh(core::CMaster*, const std::string&, const tvr::util::CMesh&) {
+    tvr::util::Log(tvr::util::Log::Error).write("(NOT IMPLEMENTED) createMesh " + getDisplayName(), -1);
+    return nullptr;
+}
+
+void C4DAdaptorInterface::mergeFromFile(const std::string&, core::CMaster*) {
+    tvr::util::Log(tvr::util::Log::Error).write("mergeFromFile not implemented", -1);
+}
+
+double C4DAdaptorInterface::getTime() {
+    BaseDocument* doc = GetActiveDocument();
+    return doc ? doc->GetTime().Get() : 0.0;
+}
+
+void C4DAdaptorInterface::reservedNotify25(int) {}
+
+std::pair<double, double> C4DAdaptorInterface::getTimeRange() {
+    BaseDocument* doc = GetActiveDocument();
+    if (!doc) return {0.0, 0.0};
+    return {doc->GetMinTime().Get(), doc->GetMaxTime().Get()};
+}
+
+double C4DAdaptorInterface::getFrameRate() {
+    BaseDocument* doc = GetActiveDocument();
+    return doc ? static_cast<double>(doc->GetFps()) : 0.0;
+}
+
+double C4DAdaptorInterface::getFrameDuration() {
+    BaseDocument* doc = GetActiveDocument();
+    // A document always has a positive rate; the guard only keeps a broken one from dividing by zero.
+    if (!doc || doc->GetFps() <= 0) return 0.0;
+    return 1.0 / static_cast<double>(doc->GetFps());
+}
+
+void C4DAdaptorInterface::reservedNotify31() {}
+
+void C4DAdaptorInterface::reservedNotify32() { reservedNotify31(); }
+
+int C4DAdaptorInterface::reservedQuery36() { return 0; }
+
+int C4DAdaptorInterface::getAdaptorData(tvr::util::ReturnValue<tvr::util::xml::Element>* data) {
+    const tvr::util::xml::Element empty = tvr::util::xml::parse(std::string());
+    if (data) data->set(empty);
+    return 0;
+}
+
+void C4DAdaptorInterface::reservedNotify38(int) {}
+
+// ---- Operations whose work belongs to later parts of the adaptor. Each logs
+// "<name> not implemented" at error level and answers a neutral value, so
+// that a core calling one keeps running.
+
 core::CoreNode* C4DAdaptorInterface::createCamera(core::CMaster*, const std::string&, core::CoreNode*,
                                                   core::CNodePeer*) {
     notImplemented("createCamera");
@@ -60,11 +111,6 @@ core::CoreNode* C4DAdaptorInterface::createCamera(core::CMaster*, const std::str
 core::CoreNode* C4DAdaptorInterface::createMeshNode(core::CMaster*, const std::string&, core::CoreNode*,
                                                     const tvr::util::CMesh&, core::CNodePeer*) {
     notImplemented("createMeshNode");
-    return nullptr;
-}
-
-core::CoreNode* C4DAdaptorInterface::createMesh(core::CMaster*, const std::string&, const tvr::util::CMesh&) {
-    tvr::util::Log(tvr::util::Log::Error).write("(NOT IMPLEMENTED) createMesh " + getDisplayName(), -1);
     return nullptr;
 }
 
@@ -89,10 +135,6 @@ void C4DAdaptorInterface::getMasterNodes(core::CMaster*, tvr::util::ReturnValue<
 void C4DAdaptorInterface::acquireNodes(const std::string&, const tvr::util::xml::Element&,
                                        tvr::util::ReturnValue<core::NodeList>*) {
     notImplemented("acquireNodes");
-}
-
-void C4DAdaptorInterface::mergeFromFile(const std::string&, core::CMaster*) {
-    tvr::util::Log(tvr::util::Log::Error).write("mergeFromFile not implemented", -1);
 }
 
 int C4DAdaptorInterface::beginUndo(const std::string&) {
@@ -125,40 +167,11 @@ bool C4DAdaptorInterface::undo() {
     return false;
 }
 
-double C4DAdaptorInterface::getTime() {
-    BaseDocument* doc = GetActiveDocument();
-    return doc ? doc->GetTime().Get() : 0.0;
-}
-
 void C4DAdaptorInterface::setTime(double) { notImplemented("setTime"); }
-
-void C4DAdaptorInterface::reservedNotify25(int) {}
-
-std::pair<double, double> C4DAdaptorInterface::getTimeRange() {
-    BaseDocument* doc = GetActiveDocument();
-    if (!doc) return {0.0, 0.0};
-    return {doc->GetMinTime().Get(), doc->GetMaxTime().Get()};
-}
 
 void C4DAdaptorInterface::setTimeRange(const double*) { notImplemented("setTimeRange"); }
 
-double C4DAdaptorInterface::getFrameRate() {
-    BaseDocument* doc = GetActiveDocument();
-    return doc ? static_cast<double>(doc->GetFps()) : 0.0;
-}
-
-double C4DAdaptorInterface::getFrameDuration() {
-    BaseDocument* doc = GetActiveDocument();
-    // A document always has a positive rate; the guard only keeps a broken one from dividing by zero.
-    if (!doc || doc->GetFps() <= 0) return 0.0;
-    return 1.0 / static_cast<double>(doc->GetFps());
-}
-
 void C4DAdaptorInterface::refreshScene() { notImplemented("refreshScene"); }
-
-void C4DAdaptorInterface::reservedNotify31() {}
-
-void C4DAdaptorInterface::reservedNotify32() { reservedNotify31(); }
 
 int C4DAdaptorInterface::prepareDirectRecording(tvr::util::ReturnValue<core::MasterList>*) {
     notImplemented("prepareDirectRecording");
@@ -174,15 +187,5 @@ int C4DAdaptorInterface::stopRecording() {
     notImplemented("stopRecording");
     return 0;
 }
-
-int C4DAdaptorInterface::reservedQuery36() { return 0; }
-
-int C4DAdaptorInterface::getAdaptorData(tvr::util::ReturnValue<tvr::util::xml::Element>* data) {
-    const tvr::util::xml::Element empty = tvr::util::xml::parse(std::string());
-    if (data) data->set(empty);
-    return 0;
-}
-
-void C4DAdaptorInterface::reservedNotify38(int) {}
 
 }  // namespace tvr::plr::adaptor::cinema4d

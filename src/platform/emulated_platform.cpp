@@ -20,6 +20,8 @@ EmulatedPlatform::EmulatedPlatform(RegistrySource registry, std::unique_ptr<Libr
                                    MessageBoxHandler boxes)
     : registry_(std::move(registry)), loader_(std::move(loader)), boxes_(std::move(boxes)) {}
 
+std::uint32_t EmulatedPlatform::getLastError() { return lastError_; }
+
 ModuleHandle EmulatedPlatform::hostModule() {
     // The classic image base of a Windows program: fixed, non-null, never a loader handle.
     return reinterpret_cast<ModuleHandle>(static_cast<std::uintptr_t>(0x400000));

@@ -2,6 +2,7 @@
 
 #include <cctype>
 #include <cstdio>
+#include <type_traits>
 #include <utility>
 
 #include "emulated_platform.h"
@@ -23,6 +24,15 @@ std::string handle(const void* p) { return p ? hex(reinterpret_cast<std::uintptr
 template <typename T>
 std::string dec(T v) {
     return std::to_string(v);
+}
+
+// The answer of a call as the record keeps it.
+template <typename T>
+std::uintptr_t asInteger(T value) {
+    if constexpr (std::is_pointer_v<T>)
+        return reinterpret_cast<std::uintptr_t>(value);
+    else
+        return static_cast<std::uintptr_t>(value);
 }
 
 std::string present(const void* p, const char* what) { return p ? what : "null"; }
@@ -216,6 +226,14 @@ std::size_t RecordingPlatform::loadedLibraries() const { return fake_->loader->l
 std::size_t RecordingPlatform::liveLocalBlocks() const { return fake_->emulation->memory().liveBlocks(); }
 std::string RecordingPlatform::dllDirectory() const { return fake_->emulation->dllDirectory(); }
 
+template <typename Call>
+auto RecordingPlatform::record(const char* function, std::vector<std::string> args, Call call) {
+    const std::size_t i = begin(function, std::move(args));
+    auto r = call(target());
+    end(i, asInteger(r));
+    return r;
+}
+
 long RecordingPlatform::regOpenKeyEx(KeyHandle root, const char* subKey, std::uint32_t options, std::uint32_t access,
                                      KeyHandle* result) {
     std::size_t i = begin("RegOpenKeyExA", {handle(root), quoted(subKey), dec(options), hex(access)});
@@ -237,108 +255,75 @@ long RecordingPlatform::regQueryValueEx(KeyHandle key, const char* valueName, st
 }
 
 long RecordingPlatform::regCloseKey(KeyHandle key) {
-    std::size_t i = begin("RegCloseKey", {handle(key)});
-    long r = target().regCloseKey(key);
-    end(i, static_cast<std::uintptr_t>(r));
-    return r;
+    return record("RegCloseKey", {handle(key)}, [&](Platform& p) { return p.regCloseKey(key); });
 }
 
 bool RecordingPlatform::setDllDirectory(const char* path) {
-    std::size_t i = begin("SetDllDirectoryA", {quoted(path)});
-    bool r = target().setDllDirectory(path);
-    end(i, r);
-    return r;
+    return record("SetDllDirectoryA", {quoted(path)}, [&](Platform& p) { return p.setDllDirectory(path); });
 }
 
 ModuleHandle RecordingPlatform::loadLibrary(const char* path) {
-    std::size_t i = begin("LoadLibraryA", {quoted(path)});
-    ModuleHandle r = target().loadLibrary(path);
-    end(i, reinterpret_cast<std::uintptr_t>(r));
-    return r;
+    return record("LoadLibraryA", {quoted(path)}, [&](Platform& p) { return p.loadLibrary(path); });
 }
 
 void* RecordingPlatform::getProcAddress(ModuleHandle module, const char* name) {
-    std::size_t i = begin("GetProcAddress", {handle(module), quoted(name)});
-    void* r = target().getProcAddress(module, name);
-    end(i, reinterpret_cast<std::uintptr_t>(r));
-    return r;
+    return record("GetProcAddress", {handle(module), quoted(name)},
+                  [&](Platform& p) { return p.getProcAddress(module, name); });
 }
 
 bool RecordingPlatform::freeLibrary(ModuleHandle module) {
-    std::size_t i = begin("FreeLibrary", {handle(module)});
-    bool r = target().freeLibrary(module);
-    end(i, r);
-    return r;
+    return record("FreeLibrary", {handle(module)}, [&](Platform& p) { return p.freeLibrary(module); });
 }
 
 ModuleHandle RecordingPlatform::getModuleHandle(const char* name) {
-    std::size_t i = begin("GetModuleHandleA", {quoted(name)});
-    ModuleHandle r = target().getModuleHandle(name);
-    end(i, reinterpret_cast<std::uintptr_t>(r));
-    return r;
+    return record("GetModuleHandleA", {quoted(name)}, [&](Platform& p) { return p.getModuleHandle(name); });
 }
 
 std::uint16_t RecordingPlatform::registerClass(const char* className, WindowProc proc) {
-    std::size_t i = begin("RegisterClassA", {quoted(className), proc ? "proc" : "null"});
-    std::uint16_t r = target().registerClass(className, proc);
-    end(i, r);
-    return r;
+    return record("RegisterClassA", {quoted(className), proc ? "proc" : "null"},
+                  [&](Platform& p) { return p.registerClass(className, proc); });
 }
 
 bool RecordingPlatform::unregisterClass(const char* className, ModuleHandle instance) {
-    std::size_t i = begin("UnregisterClassA", {quoted(className), handle(instance)});
-    bool r = target().unregisterClass(className, instance);
-    end(i, r);
-    return r;
+    return record("UnregisterClassA", {quoted(className), handle(instance)},
+                  [&](Platform& p) { return p.unregisterClass(className, instance); });
 }
 
 WindowHandle RecordingPlatform::createWindowEx(std::uint32_t exStyle, const char* className, const char* title,
                                                std::uint32_t style, int x, int y, int width, int height,
                                                WindowHandle parent, void* menu, ModuleHandle instance, void* param) {
-    std::size_t i = begin("CreateWindowExA", {hex(exStyle), quoted(className), quoted(title), hex(style), dec(x),
-                                              dec(y), dec(width), dec(height), handle(parent), handle(menu),
-                                              handle(instance), handle(param)});
-    WindowHandle r =
-        target().createWindowEx(exStyle, className, title, style, x, y, width, height, parent, menu, instance, param);
-    end(i, reinterpret_cast<std::uintptr_t>(r));
-    return r;
+    return record("CreateWindowExA",
+                  {hex(exStyle), quoted(className), quoted(title), hex(style), dec(x), dec(y), dec(width),
+                   dec(height), handle(parent), handle(menu), handle(instance), handle(param)},
+                  [&](Platform& p) {
+                      return p.createWindowEx(exStyle, className, title, style, x, y, width, height, parent, menu,
+                                              instance, param);
+                  });
 }
 
 bool RecordingPlatform::destroyWindow(WindowHandle window) {
-    std::size_t i = begin("DestroyWindow", {handle(window)});
-    bool r = target().destroyWindow(window);
-    end(i, r);
-    return r;
+    return record("DestroyWindow", {handle(window)}, [&](Platform& p) { return p.destroyWindow(window); });
 }
 
 std::uintptr_t RecordingPlatform::setTimer(WindowHandle window, std::uintptr_t id, std::uint32_t elapseMs,
                                            void* timerProc) {
-    std::size_t i = begin("SetTimer", {handle(window), dec(id), dec(elapseMs), timerProc ? "proc" : "null"});
-    std::uintptr_t r = target().setTimer(window, id, elapseMs, timerProc);
-    end(i, r);
-    return r;
+    return record("SetTimer", {handle(window), dec(id), dec(elapseMs), timerProc ? "proc" : "null"},
+                  [&](Platform& p) { return p.setTimer(window, id, elapseMs, timerProc); });
 }
 
 std::intptr_t RecordingPlatform::defWindowProc(WindowHandle window, std::uint32_t msg, std::uintptr_t wParam,
                                                std::intptr_t lParam) {
-    std::size_t i = begin("DefWindowProcA", {handle(window), dec(msg), dec(wParam), dec(lParam)});
-    std::intptr_t r = target().defWindowProc(window, msg, wParam, lParam);
-    end(i, static_cast<std::uintptr_t>(r));
-    return r;
+    return record("DefWindowProcA", {handle(window), dec(msg), dec(wParam), dec(lParam)},
+                  [&](Platform& p) { return p.defWindowProc(window, msg, wParam, lParam); });
 }
 
 int RecordingPlatform::messageBox(WindowHandle owner, const char* text, const char* caption, std::uint32_t type) {
-    std::size_t i = begin("MessageBoxA", {handle(owner), quoted(text), quoted(caption), hex(type)});
-    int r = target().messageBox(owner, text, caption, type);
-    end(i, static_cast<std::uintptr_t>(r));
-    return r;
+    return record("MessageBoxA", {handle(owner), quoted(text), quoted(caption), hex(type)},
+                  [&](Platform& p) { return p.messageBox(owner, text, caption, type); });
 }
 
 std::uint32_t RecordingPlatform::getLastError() {
-    std::size_t i = begin("GetLastError", {});
-    std::uint32_t r = target().getLastError();
-    end(i, r);
-    return r;
+    return record("GetLastError", {}, [&](Platform& p) { return p.getLastError(); });
 }
 
 std::uint32_t RecordingPlatform::formatMessage(std::uint32_t flags, const void* source, std::uint32_t messageId,
@@ -356,24 +341,15 @@ std::uint32_t RecordingPlatform::formatMessage(std::uint32_t flags, const void* 
 }
 
 LocalHandle RecordingPlatform::localAlloc(std::uint32_t flags, std::size_t bytes) {
-    std::size_t i = begin("LocalAlloc", {hex(flags), dec(bytes)});
-    LocalHandle r = target().localAlloc(flags, bytes);
-    end(i, reinterpret_cast<std::uintptr_t>(r));
-    return r;
+    return record("LocalAlloc", {hex(flags), dec(bytes)}, [&](Platform& p) { return p.localAlloc(flags, bytes); });
 }
 
 std::size_t RecordingPlatform::localSize(LocalHandle memory) {
-    std::size_t i = begin("LocalSize", {handle(memory)});
-    std::size_t r = target().localSize(memory);
-    end(i, r);
-    return r;
+    return record("LocalSize", {handle(memory)}, [&](Platform& p) { return p.localSize(memory); });
 }
 
 LocalHandle RecordingPlatform::localFree(LocalHandle memory) {
-    std::size_t i = begin("LocalFree", {handle(memory)});
-    LocalHandle r = target().localFree(memory);
-    end(i, reinterpret_cast<std::uintptr_t>(r));
-    return r;
+    return record("LocalFree", {handle(memory)}, [&](Platform& p) { return p.localFree(memory); });
 }
 
 }  // namespace tvr::platform

@@ -9,6 +9,13 @@
 
 #include "error_codes.h"
 
+#if defined(_WIN32)
+#define WIN32_LEAN_AND_MEAN
+#include <windows.h>
+#else
+#include <dlfcn.h>
+#endif
+
 namespace tvr::platform {
 namespace {
 
@@ -39,7 +46,42 @@ std::string classKey(const char* name) {
     return k;
 }
 
+const void* codeAddress(WindowProc proc) {
+    const void* address = nullptr;
+    static_assert(sizeof proc == sizeof address, "function and data pointers differ in size");
+    std::memcpy(&address, &proc, sizeof address);
+    return address;
+}
+
 }  // namespace
+
+WindowSystem::CodeOwner WindowSystem::ownerOf(WindowProc proc) {
+    CodeOwner owner;
+#if defined(_WIN32)
+    HMODULE module = nullptr;
+    if (GetModuleHandleExA(GET_MODULE_HANDLE_EX_FLAG_FROM_ADDRESS | GET_MODULE_HANDLE_EX_FLAG_UNCHANGED_REFCOUNT,
+                           static_cast<LPCSTR>(codeAddress(proc)), &module)) {
+        owner.base = module;
+        char name[MAX_PATH] = {};
+        const DWORD length = GetModuleFileNameA(module, name, MAX_PATH);
+        owner.file.assign(name, length < MAX_PATH ? length : MAX_PATH);
+    }
+#else
+    Dl_info info{};
+    if (::dladdr(codeAddress(proc), &info) != 0) {
+        owner.base = info.dli_fbase;
+        owner.file = info.dli_fname ? info.dli_fname : "";
+    }
+#endif
+    return owner;
+}
+
+std::intptr_t WindowSystem::dispatch(const Window& window, WindowHandle handle, std::uint32_t msg,
+                                     std::uintptr_t wParam, std::intptr_t lParam) {
+    const CodeOwner now = ownerOf(window.proc);
+    if (now.base != window.owner.base || now.file != window.owner.file) return 0;
+    return window.proc(handle, msg, wParam, lParam);
+}
 
 WindowSystem::WindowSystem() {
     std::lock_guard<std::mutex> lock(liveMutex());
@@ -63,6 +105,7 @@ std::uint16_t WindowSystem::registerClass(const char* className, WindowProc proc
     }
     WindowClass c;
     c.proc = proc;
+    c.owner = ownerOf(proc);
     c.atom = nextAtom_++;
     classes_[key] = c;
     return c.atom;
@@ -103,6 +146,7 @@ WindowHandle WindowSystem::createWindow(const char* className, std::uint32_t& er
     Window w;
     w.classKey = it->first;
     w.proc = it->second.proc;
+    w.owner = it->second.owner;
     windows_[handle] = w;
     return reinterpret_cast<WindowHandle>(handle);
 }
@@ -155,7 +199,7 @@ void WindowSystem::pump(std::uint64_t nowMs) {
             std::memcpy(&proc, &raw, sizeof proc);
             proc(window, WmTimer, d.second, static_cast<std::uint32_t>(nowMs));
         } else {
-            w->second.proc(window, WmTimer, d.second, 0);
+            dispatch(w->second, window, WmTimer, d.second, 0);
         }
     }
 }
@@ -164,7 +208,7 @@ std::intptr_t WindowSystem::send(WindowHandle window, std::uint32_t msg, std::ui
                                  std::intptr_t lParam) {
     auto it = windows_.find(reinterpret_cast<std::uintptr_t>(window));
     if (it == windows_.end()) return 0;
-    return it->second.proc(window, msg, wParam, lParam);
+    return dispatch(it->second, window, msg, wParam, lParam);
 }
 
 std::size_t WindowSystem::timerCount() const {

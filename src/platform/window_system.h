@@ -30,6 +30,10 @@ public:
     // One WM_TIMER per due timer; the timer is next due one period after nowMs.
     void pump(std::uint64_t nowMs);
     // Calls the window's procedure at once; 0 for an unknown window.
+    // Windows outlive the library that registered their class when it is
+    // unloaded without destroying them (a module unloaded while the host keeps
+    // pumping); their procedures are then no longer called, as nothing is left
+    // to call.
     std::intptr_t send(WindowHandle window, std::uint32_t msg, std::uintptr_t wParam, std::intptr_t lParam);
 
     std::size_t windowCount() const { return windows_.size(); }
@@ -44,15 +48,28 @@ private:
         std::uint64_t dueMs = 0;
         void* timerProc = nullptr;
     };
+    // Where a window procedure's code lives, so that a procedure of a library
+    // unloaded since is never called.
+    struct CodeOwner {
+        const void* base = nullptr;
+        std::string file;
+    };
     struct Window {
         std::string classKey;
         WindowProc proc = nullptr;
+        CodeOwner owner;
         std::map<std::uintptr_t, Timer> timers;
     };
     struct WindowClass {
         WindowProc proc = nullptr;
+        CodeOwner owner;
         std::uint16_t atom = 0;
     };
+
+    static CodeOwner ownerOf(WindowProc proc);
+    // Calls the procedure unless its library has gone; 0 then.
+    static std::intptr_t dispatch(const Window& window, WindowHandle handle, std::uint32_t msg,
+                                  std::uintptr_t wParam, std::intptr_t lParam);
 
     std::map<std::string, WindowClass>::iterator findClass(const char* className);
 

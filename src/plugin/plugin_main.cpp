@@ -9,9 +9,8 @@
 #include "plugin/core_loader.h"
 #include "plugin/module_state.h"
 #include "plugin/plugin_ids.h"
-#include "undo/c4d_undo_message.h"
 #include "undo/c4d_undo_tag.h"
-#include "undo/do_undo_msg.h"
+#include "undo/undo_messages.h"
 #include "util/singleton.h"
 
 namespace tvr::plr::adaptor::cinema4d {
@@ -39,8 +38,12 @@ bool PluginStart() {
     C4D_HostTable* table = C4DOS();
     if (!table) return false;
 
-    state.previousCrashHandler = table->crashHandler;
-    table->crashHandler = &PluginCrashHandler;
+    // A repeated start keeps the saved functions, so that neither hook ever
+    // becomes its own predecessor and calls itself for ever.
+    if (table->crashHandler != &PluginCrashHandler) {
+        state.previousCrashHandler = table->crashHandler;
+        table->crashHandler = &PluginCrashHandler;
+    }
 
     // The host owns every data object handed to it, a refused one included.
     if (!RegisterCommandPlugin(kCommandId, "Pelloran", 0, AutoBitmap(kIcon), "Pelloran",
@@ -59,8 +62,10 @@ bool PluginStart() {
     if (!RegisterMessagePlugin(kUndoMessageId, "PLTUndoMessage", 0, new (std::nothrow) C4DUndoMessage))
         return false;
 
-    state.previousAddUndo = table->docAddUndo;
-    table->docAddUndo = &AddUndoHook;
+    if (table->docAddUndo != &AddUndoHook) {
+        state.previousAddUndo = table->docAddUndo;
+        table->docAddUndo = &AddUndoHook;
+    }
     return true;
 }
 

@@ -179,11 +179,6 @@ int walk(const std::vector<Node>& nodes, int node, BitReader& bits) {
     return nodes[node].symbol;
 }
 
-std::string ranOut(std::size_t produced, std::size_t stated) {
-    return "input ends after " + std::to_string(produced) + " of " + std::to_string(stated) +
-           " stated bytes";
-}
-
 }  // namespace
 
 DecompressResult decompress(const std::uint8_t* data, std::size_t size,
@@ -248,37 +243,28 @@ DecompressResult decompress(const std::uint8_t* data, std::size_t size,
     BitReader bits(data + tableEnd, size - tableEnd);
     const int root = static_cast<int>(nodes.size()) - 1;
 
-    if (options.bitByBit) {
-        for (std::size_t produced = 0; produced < length; ++produced) {
-            const int symbol = walk(nodes, root, bits);
-            if (symbol < 0) {
-                result.error = ranOut(produced, length);
-                result.bytes.clear();
-                return result;
-            }
-            out[produced] = static_cast<std::uint8_t>(symbol);
-        }
-        return result;
-    }
-
-    const std::vector<Lookup> lookup = buildLookup(nodes);
+    // The lookup takes up to kLookupBits at once; bitByBit walks the tree alone.
+    const std::vector<Lookup> lookup = options.bitByBit ? std::vector<Lookup>() : buildLookup(nodes);
     for (std::size_t produced = 0; produced < length; ++produced) {
-        if (bits.count() < kLookupBits) bits.refill();
-        const Lookup entry = lookup[bits.peek() & (kLookupSize - 1)];
-        if (entry.leaf && entry.bits <= bits.count()) {
-            out[produced] = static_cast<std::uint8_t>(entry.value);
-            bits.consume(entry.bits);
-            continue;
-        }
-        // A code longer than the lookup, or the last few bits of the input.
         int node = root;
-        if (!entry.leaf && bits.count() >= kLookupBits) {
-            node = entry.value;
-            bits.consume(kLookupBits);
+        if (!lookup.empty()) {
+            if (bits.count() < kLookupBits) bits.refill();
+            const Lookup entry = lookup[bits.peek() & (kLookupSize - 1)];
+            if (entry.leaf && entry.bits <= bits.count()) {
+                out[produced] = static_cast<std::uint8_t>(entry.value);
+                bits.consume(entry.bits);
+                continue;
+            }
+            // A code longer than the lookup, or the last few bits of the input.
+            if (!entry.leaf && bits.count() >= kLookupBits) {
+                node = entry.value;
+                bits.consume(kLookupBits);
+            }
         }
         const int symbol = walk(nodes, node, bits);
         if (symbol < 0) {
-            result.error = ranOut(produced, length);
+            result.error = "input ends after " + std::to_string(produced) + " of " + std::to_string(length) +
+                           " stated bytes";
             result.bytes.clear();
             return result;
         }

@@ -26,6 +26,18 @@ bool inRange(std::int32_t i, std::size_t size) {
     return i >= 0 && static_cast<std::size_t>(i) < size;
 }
 
+bool setVec(std::vector<Vec3d>& v, std::int32_t i, double x, double y, double z) {
+    if (!inRange(i, v.size())) {
+        return false;
+    }
+    v[static_cast<std::size_t>(i)] = Vec3d{x, y, z};
+    return true;
+}
+
+Vec3d getVec(const std::vector<Vec3d>& v, std::int32_t i) {
+    return inRange(i, v.size()) ? v[static_cast<std::size_t>(i)] : Vec3d{};
+}
+
 bool setTriple(std::vector<std::int32_t>& v, std::int32_t i, std::int32_t a, std::int32_t b, std::int32_t c) {
     if (i < 0 || static_cast<std::size_t>(i) >= v.size() / 3) {
         return false;
@@ -80,37 +92,21 @@ bool CMesh::setPolygonCount(std::int32_t count) {
 
 bool CMesh::setUVCount(std::int32_t count) { return resizeTo(uvw, count); }
 
-bool CMesh::setPoint(std::int32_t i, double x, double y, double z) {
-    if (!inRange(i, points.size())) {
-        return false;
-    }
-    points[static_cast<std::size_t>(i)] = Vec3d{x, y, z};
-    return true;
-}
+bool CMesh::setPoint(std::int32_t i, double x, double y, double z) { return setVec(points, i, x, y, z); }
 
 bool CMesh::setPolygon(std::int32_t i, std::int32_t a, std::int32_t b, std::int32_t c) {
     return setTriple(polygons, i, a, b, c);
 }
 
-bool CMesh::setUV(std::int32_t i, double u, double v, double w) {
-    if (!inRange(i, uvw.size())) {
-        return false;
-    }
-    uvw[static_cast<std::size_t>(i)] = Vec3d{u, v, w};
-    return true;
-}
+bool CMesh::setUV(std::int32_t i, double u, double v, double w) { return setVec(uvw, i, u, v, w); }
 
 bool CMesh::setPolygonUV(std::int32_t i, std::int32_t a, std::int32_t b, std::int32_t c) {
     return setTriple(uvIndices, i, a, b, c);
 }
 
-Vec3d CMesh::getPoint(std::int32_t i) const {
-    return inRange(i, points.size()) ? points[static_cast<std::size_t>(i)] : Vec3d{};
-}
+Vec3d CMesh::getPoint(std::int32_t i) const { return getVec(points, i); }
 
-Vec3d CMesh::getUV(std::int32_t i) const {
-    return inRange(i, uvw.size()) ? uvw[static_cast<std::size_t>(i)] : Vec3d{};
-}
+Vec3d CMesh::getUV(std::int32_t i) const { return getVec(uvw, i); }
 
 bool CMesh::getPolygon(std::int32_t i, std::int32_t& a, std::int32_t& b, std::int32_t& c) const {
     return getTriple(polygons, i, a, b, c);

@@ -130,6 +130,12 @@ TEST_F(CoreLoaderTest, MissingCoreShowsBothBoxesInOrderAndLoadsAgainNextTime) {
     };
     EXPECT_EQ(callsOf({"SetDllDirectoryA", "LoadLibraryA", "FormatMessageA", "MessageBoxA"}), expected);
     EXPECT_EQ(rec.count("RegisterClassA"), 0u);
+    // The box text's buffer: system text + function name + 40, bounded by its LocalSize.
+    const std::string systemText = "The specified module could not be found.\r\n";
+    ASSERT_NE(rec.find("LocalAlloc"), nullptr);
+    EXPECT_EQ(rec.find("LocalAlloc")->text(),
+              "LocalAlloc(0x40, " + std::to_string(systemText.size() + std::string("LoadLibrary").size() + 40) + ")");
+    EXPECT_EQ(rec.count("LocalSize"), 1u);
     EXPECT_EQ(rec.liveLocalBlocks(), 0u);  // both text buffers released
 
     rec.clear();
@@ -173,6 +179,10 @@ TEST_F(CoreLoaderTest, AttachStartsTheRunLoopTimerAndDetachUndoesItInOrder) {
     EXPECT_EQ(log.cores[0].steps, 2);
     runLoopWindowProc(runLoopWindow(), 15, 0, 0);  // other messages only go to the default procedure
     EXPECT_EQ(log.cores[0].steps, 2);
+    // Every message, timer messages included, also goes to the default procedure
+    // (the tick before attach, two timer ticks, message 15).
+    EXPECT_EQ(rec.count("DefWindowProcA"), 4u);
+    EXPECT_EQ(rec.find("DefWindowProcA")->args[1], "275");
 
     rec.clear();
     EXPECT_EQ(detachCore(adaptor), 0);

@@ -116,6 +116,17 @@ TEST_F(PluginEntryTest, ActionsAnswerAsTheHostExpects) {
     EXPECT_EQ(c4d_main(6, reinterpret_cast<void*>(2), nullptr, nullptr), -1);
     EXPECT_TRUE(host.sendPluginMessage(1, nullptr));
 
+    // A start whose registration is refused answers 0; a repeated start must
+    // not make the hooks chain to themselves.
+    C4D_HostTable& table = host.table();
+    const CrashHandler hostCrash = moduleState().previousCrashHandler;
+    const AddUndoFunction hostAddUndo = moduleState().previousAddUndo;
+    EXPECT_EQ(c4d_main(2, nullptr, nullptr, nullptr), 0);
+    EXPECT_EQ(table.crashHandler, &PluginCrashHandler);
+    EXPECT_EQ(moduleState().previousCrashHandler, hostCrash);
+    EXPECT_EQ(moduleState().previousAddUndo, hostAddUndo);
+    EXPECT_EQ(host.context().plugins.commands.size(), 1u);
+
     host.shutdown();
     EXPECT_EQ(moduleState().initCount, 0);
 }

@@ -226,5 +226,33 @@ TEST_F(Emulation, WindowDestroyedByItsOwnTimerGetsNoFurtherMessages) {
     EXPECT_TRUE(p.unregisterClass("PLRTestDestroyer", nullptr));
 }
 
+// A module unloaded while its window lives on (a second core load leaves one
+// behind) must not have its procedure called by later pumps.
+TEST_F(Emulation, WindowsOfAnUnloadedLibraryAreNoLongerDispatched) {
+    ModuleHandle lib = p.loadLibrary(PLR_TEST_LIBRARY_FILE);
+    ASSERT_NE(lib, nullptr) << lastLoaderDiagnostic();
+    int messages = 0;
+    reinterpret_cast<void (*)(int*)>(p.getProcAddress(lib, "plrTestSetCounter"))(&messages);
+    auto proc = reinterpret_cast<WindowProc>(p.getProcAddress(lib, "plrTestWindowProc"));
+    ASSERT_NE(proc, nullptr);
+
+    const std::uint64_t t0 = 12'000'000;
+    pumpMessages(t0);
+    ASSERT_NE(p.registerClass("PLRTestUnloaded", proc), 0);
+    WindowHandle w = p.createWindowEx(0, "PLRTestUnloaded", "", 0, 0, 0, 0, 0, nullptr, nullptr, nullptr, nullptr);
+    ASSERT_NE(w, nullptr);
+    p.setTimer(w, 1, 40, nullptr);
+    pumpMessages(t0 + 40);
+    EXPECT_EQ(messages, 1);
+
+    reinterpret_cast<void (*)(int*)>(p.getProcAddress(lib, "plrTestSetCounter"))(nullptr);
+    ASSERT_TRUE(p.freeLibrary(lib));
+    pumpMessages(t0 + 80);  // would jump into unmapped code
+    pumpMessages(t0 + 120);
+    EXPECT_EQ(messages, 1);
+    EXPECT_TRUE(p.destroyWindow(w));
+    EXPECT_TRUE(p.unregisterClass("PLRTestUnloaded", nullptr));
+}
+
 }  // namespace
 }  // namespace tvr::platform
