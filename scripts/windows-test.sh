@@ -1,6 +1,7 @@
 #!/usr/bin/env bash
-# Cross-builds the Windows x64 programs (mingw preset), installs them, and runs every test program
-# and the demo session under wine with a fresh prefix. Ends with "N passed, M failed".
+# Cross-builds the Windows x64 programs (mingw preset), installs them, and runs every test program,
+# the demo session and the script tests (hostsim sessions, the module's exports) under wine with a
+# fresh prefix. Ends with "N passed, M failed".
 # Environment: PLR_JOBS (default 2), PLR_TEST_TIMEOUT seconds per program (default 600).
 set -uo pipefail
 cd "$(dirname "$0")/.."
@@ -46,7 +47,9 @@ export WINEDLLOVERRIDES="mscoree,mshtml="
 export PLR_UNATTENDED=1
 "$wineserver" -k 2>/dev/null || true
 rm -rf "$WINEPREFIX"
-timeout 300 "$wine" wineboot -i >/dev/null 2>&1 || fail "wine prefix"
+# A server still leaving from an earlier run can make the first start fail: one retry.
+timeout 300 "$wine" wineboot -i >/dev/null 2>&1 ||
+  { "$wineserver" -k 2>/dev/null; sleep 2; timeout 300 "$wine" wineboot -i >/dev/null 2>&1; } || fail "wine prefix"
 # Windows need a display driver; the null driver gives hidden windows and timers without a display.
 "$wine" reg add 'HKCU\Software\Wine\Drivers' /v Graphics /t REG_SZ /d null /f >/dev/null
 "$wineserver" -k 2>/dev/null || true
@@ -71,6 +74,11 @@ dll_dirs=$(find "$build" -name '*.dll' -not -path '*/wineprefix/*' -not -path '*
 WINEPATH=""
 for d in $dll_dirs; do WINEPATH+="$(winpath "$d");"; done
 export WINEPATH
+
+# One wine server for the whole run (it stays a minute past its last program, should this
+# script be stopped): each program starts faster, and ctest's listing of a test program's cases,
+# which has a few seconds, does not wait for a server to start.
+"$wineserver" -p60
 
 echo "== test programs"
 mapfile -t programs < <(find "$build" -name '*.exe' -not -path '*/wineprefix/*' -not -path '*/install/*' \
@@ -114,6 +122,36 @@ else
     tail -n 30 "$log_dir/demo.log"
   fi
 fi
+
+echo "== script tests"
+# The tests ctest runs as scripts; only their folders are visited, as ctest lists the cases of
+# every test program in a folder it visits by running it (their cases already ran above).
+script_tests='^(module_exports_only_c4d_main|hostsim_[a-z_]+)$'
+for dir in tests/module tests/hostsim; do
+  log=$log_dir/scripts-$(basename "$dir").log
+  if [[ ! -f "$build/$dir/CTestTestfile.cmake" ]]; then
+    fail "no script tests in $build/$dir"
+    continue
+  fi
+  ctest --test-dir "$build/$dir" -R "$script_tests" --timeout "$per_test_timeout" --output-on-failure >"$log" 2>&1
+  # Result lines: "1/4 Test #3: hostsim_bad_line .......   Passed    1.02 sec"
+  ran=0
+  while read -r name result; do
+    ran=$((ran + 1))
+    if [[ $result == Passed ]]; then
+      passed=$((passed + 1))
+      echo "$name: passed"
+    else
+      fail "$name ($result; log: $log)"
+    fi
+  done < <(sed -n 's/^ *[0-9]*\/[0-9]* *Test *#[0-9]*: \([^ ]*\) \.*[ *]*\([A-Za-z][A-Za-z ]*[A-Za-z]\).*/\1 \2/p' "$log")
+  if [[ $ran -eq 0 ]]; then
+    fail "no script test ran in $dir (log: $log)"
+    tail -n 20 "$log"
+  elif grep -q '^The following tests FAILED' "$log"; then
+    sed -n '/^The following tests FAILED/,$p' "$log" | head -n 10
+  fi
+done
 
 "$wineserver" -k 2>/dev/null || true
 echo "$passed passed, $failed failed"
