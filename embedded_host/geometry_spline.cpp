@@ -43,7 +43,8 @@ double LinearSegment::uniformToNatural(double u) const {
     u = clamp01(u);
     const std::size_t edges = edgeCount();
     const double total = length();
-    if (edges == 0 || total <= 0.0) return u;
+    // An infinite or NaN length (points far out or not numbers) has no arc to measure along.
+    if (edges == 0 || !(total > 0.0) || !std::isfinite(total)) return u;
     const double s = u * total;
     if (s >= total) return 1.0;
     // First edge end beyond s: that edge has positive length and holds s.
