@@ -1,6 +1,7 @@
 // Arbitrary bytes as a scene file (and as a preferences file). Reading must
 // either fail with a message or give a scene that saves, reads back from the
 // saved text, and saves again to the same text and the same scene.
+#include <algorithm>
 #include <cctype>
 #include <cstddef>
 #include <cstdint>
@@ -90,12 +91,54 @@ Loaded load(const std::string& text) {
   return l;
 }
 
+// The next object depth first, without recursion (files nest objects a thousand deep).
+BaseObject* following(BaseObject* op) {
+  if (BaseObject* down = op->GetDown()) return down;
+  for (; op; op = op->GetUp())
+    if (BaseObject* next = op->GetNext()) return next;
+  return nullptr;
+}
+
+// What a module may ask of loaded geometry: a file's points, polygons and segments
+// need not agree with each other, and any number may be infinite or not a number.
+void useGeometry(BaseDocument* doc) {
+  GeRayCollider* collider = GeRayCollider::Alloc();
+  if (!collider) fail("no ray collider", "", "");
+  for (BaseObject* op = doc->GetFirstObject(); op; op = following(op)) {
+    if (op->GetType() == Opolygon) {
+      auto* poly = static_cast<PolygonObject*>(op);
+      const Vector origin = poly->GetPointCount() > 0 ? poly->GetPointR()[0] + Vector(0, 0, -1) : Vector(0, 0, -1);
+      if (collider->Init(op, true) && collider->Intersect(origin, Vector(0, 0.25f, 1), 1e6f, false)) {
+        GeRayColResult hit;
+        for (LONG i = 0; i < collider->GetIntersectionCount(); ++i) collider->GetIntersection(i, &hit);
+        collider->GetNearestIntersection(&hit);
+      }
+    } else if (op->GetType() == Ospline) {
+      auto* spline = static_cast<SplineObject*>(op);
+      const LONG segments = std::min<LONG>(spline->GetSegmentCount(), 8);
+      for (LONG i = 0; i <= segments; ++i) {  // also the segment past the last
+        if (spline->InitLength(i, nullptr)) {
+          (void)spline->GetLength();
+          for (Real t : {Real(-1), Real(0), Real(0.3), Real(1), Real(2)}) (void)spline->UniformToNatural(t);
+          spline->FreeLength();
+        }
+        for (Real t : {Real(0), Real(0.5), Real(1)}) {
+          (void)spline->GetSplinePoint(t, i, nullptr);
+          (void)spline->GetSplineTangent(t, i, nullptr);
+        }
+      }
+    }
+  }
+  GeRayCollider::Free(collider);
+}
+
 void sceneRoundTrip(const std::string& text) {
   const Loaded first = load(text);
   if (!first.doc) {
     if (first.error.empty()) fail("a refused file gave no reason", text, "");
     return;
   }
+  useGeometry(first.doc.get());
   const std::string saved = scenefile::write(*first.doc);
   const Loaded second = load(saved);
   if (!second.doc) fail(("saved scene does not read back: " + second.error).c_str(), text, saved);
