@@ -17,16 +17,13 @@ class TestCommand : public CommandData {
   Bool Execute(BaseDocument* doc) override {
     if (!doc) return false;
     BaseObject* op = BaseObject::Alloc(Onull);
-    if (!op) return false;
     op->SetName("made by command");
     doc->StartUndo();
     doc->InsertObject(op, nullptr, nullptr);
     doc->AddUndo(UNDO_NEW, op);
     BaseTag* tag = BaseTag::Alloc(kTagId);
-    if (tag) {
-      op->InsertTag(tag);
-      doc->AddUndo(UNDO_NEW, tag);
-    }
+    op->InsertTag(tag);
+    doc->AddUndo(UNDO_NEW, tag);
     doc->EndUndo();
     EventAdd();
     GePrint("command ran");
@@ -70,12 +67,10 @@ NodeData* allocTag() { return new TestTag; }
 NodeData* allocHook() { return new TestHook; }
 
 Bool start() {
-  if (!RegisterCommandPlugin(kCommandId, "Test command", 0, AutoBitmap("icon.tif"), "help", new TestCommand))
-    return false;
-  if (!RegisterTagPlugin(kTagId, "Test tag", TAG_VISIBLE | TAG_EXPRESSION, allocTag, "", AutoBitmap("icon.tif"), 0))
-    return false;
-  if (!RegisterMessagePlugin(kMessageId, "Test message", 0, new TestMessage)) return false;
-  return RegisterSceneHookPlugin(kHookId, "Test hook", 0, allocHook, 1000, 0);
+  return RegisterCommandPlugin(kCommandId, "Test command", 0, AutoBitmap("icon.tif"), "help", new TestCommand) &&
+         RegisterTagPlugin(kTagId, "Test tag", TAG_VISIBLE | TAG_EXPRESSION, allocTag, "", AutoBitmap("icon.tif"), 0) &&
+         RegisterMessagePlugin(kMessageId, "Test message", 0, new TestMessage) &&
+         RegisterSceneHookPlugin(kHookId, "Test hook", 0, allocHook, 1000, 0);
 }
 
 }  // namespace

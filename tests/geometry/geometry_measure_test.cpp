@@ -39,13 +39,10 @@ TEST(LinearSegment, OpenPolylineMeasuresMatchArcLength) {
 
 TEST(LinearSegment, ClosedSegmentIncludesTheReturnEdge) {
     LinearSegment square({{0, 0, 0}, {2, 0, 0}, {2, 2, 0}, {0, 2, 0}}, true);
-    EXPECT_EQ(square.edgeCount(), 4u);
     EXPECT_DOUBLE_EQ(square.length(), 8.0);
     expectNear(square.point(0.875), {0, 1, 0});
     expectNear(square.tangent(0.875), {0, -1, 0});
     expectNear(square.point(1.0), {0, 0, 0});
-    LinearSegment open({{0, 0, 0}, {2, 0, 0}, {2, 2, 0}, {0, 2, 0}}, false);
-    EXPECT_DOUBLE_EQ(open.length(), 6.0);
 }
 
 TEST(LinearSegment, DegenerateSegmentsStayFinite) {

@@ -1,73 +1,21 @@
-#include <gtest/gtest.h>
-
-#include <filesystem>
-#include <string>
-#include <vector>
-
-#include "embedded_host.h"
+#include "scene_file_fixture.h"
 
 namespace tvr::plr::embedded::testing {
 namespace {
 
-constexpr LONG kHook = 1029002;
-
-struct Heard {
-  LONG type;
-  BaseDocument* doc;
-  BaseDocument* active;  // the host's active document when the message arrived
-  std::string file;
-  BaseDocument* hookDocument;
-  std::string name;  // the document's name when the message arrived
-};
-std::vector<Heard> heard;
-
-class RecordingHook : public SceneHookData {
- public:
-  Bool Message(GeListNode* node, LONG type, void* data) override {
-    if (type == MSG_DOCUMENTINFO && data) {
-      auto* info = static_cast<DocumentInfoData*>(data);
-      heard.push_back({info->type, info->doc, GetActiveDocument(), info->filename.GetString().ToStd(),
-                       node ? node->GetDocument() : nullptr, info->doc->GetDocumentName().GetString().ToStd()});
-    }
-    return true;
-  }
-};
-NodeData* allocHook() { return new RecordingHook; }
-
-LONG hookModule(LONG action, void* p1, void*, void*) {
-  if (action == C4DPL_INIT_SYS) {
-    C4DOS() = static_cast<C4D_HostTable*>(p1);
-    return 1;
-  }
-  if (action == C4DPL_START) return RegisterSceneHookPlugin(kHook, "Recorder", 0, allocHook, 1000, 0) ? 1 : 0;
-  return 1;
-}
-
-class DocumentLifeTest : public ::testing::Test {
+class DocumentLifeTest : public SceneHostTest {
  protected:
-  DocumentLifeTest() : host(options()) {
-    host.loadModule(&hookModule, "hook-module");
-    heard.clear();
-  }
-  static HostOptions options() {
-    HostOptions o;
-    o.crashHandlers = false;
-    return o;
-  }
   // "type@document" for each message, documents by their names.
   std::vector<std::string> take() {
     std::vector<std::string> out;
     for (const Heard& h : heard) {
       out.push_back(std::to_string(h.type) + "@" + h.name);
-      // Each document's own hook hears about it.
-      EXPECT_EQ(h.hookDocument, h.doc);
+      EXPECT_EQ(h.hookDocument, h.doc);  // each document's own hook hears about it
     }
     heard.clear();
     return out;
   }
   using Lines = std::vector<std::string>;
-
-  EmbeddedHost host;
 };
 
 TEST_F(DocumentLifeTest, NewSwitchSaveOpenAndCloseInTheHostsOrder) {
@@ -82,7 +30,7 @@ TEST_F(DocumentLifeTest, NewSwitchSaveOpenAndCloseInTheHostsOrder) {
   EXPECT_EQ(take(), Lines{});
   EXPECT_FALSE(host.activateDocumentAt(7));
 
-  const std::string path = (std::filesystem::temp_directory_path() / "document_life_test.scene").string();
+  const std::string path = file("document_life_test.scene");
   ASSERT_TRUE(host.saveDocument(a, path));
   ASSERT_EQ(heard.size(), 2u);
   EXPECT_EQ(heard[0].file, path);
@@ -111,7 +59,6 @@ TEST_F(DocumentLifeTest, NewSwitchSaveOpenAndCloseInTheHostsOrder) {
   EXPECT_EQ(take(), (Lines{"1001@b", "1008@b", "1000@Untitled"}));
   ASSERT_EQ(host.documents().size(), 1u);
   EXPECT_EQ(host.activeDocument()->GetFirstObject(), nullptr);
-  std::filesystem::remove(path);
 }
 
 TEST_F(DocumentLifeTest, FailedOpenAndSaveTellWhatTheyMust) {

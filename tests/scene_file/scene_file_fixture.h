@@ -1,15 +1,18 @@
 #pragma once
-// Whole-scene comparison and random scenes for the scene-file tests.
+// Shared by the scene-file tests: a host with a module that registers a plug-in tag and a scene hook
+// recording document messages, a scratch folder, whole-scene comparison and random scenes.
 // The comparison walks both models field by field; links compare by the place
 // of their target in the tree, since a loaded scene has new nodes.
 #include <cmath>
-#include <cstring>
+#include <filesystem>
+#include <fstream>
 #include <random>
 #include <sstream>
 #include <string>
 #include <unordered_map>
 #include <vector>
 
+#include "../embedded_host/host_fixture.h"
 #include "document_node.h"
 #include "opaque_tag.h"
 #include "polygon_object.h"
@@ -18,6 +21,9 @@
 #include "uvw_tag.h"
 
 namespace tvr::plr::embedded::testing {
+
+constexpr LONG kPluginTag = 1029001;  // registered by the test module below
+constexpr LONG kRecordingHook = 1029002;
 
 class SceneComparer {
  public:
@@ -61,6 +67,10 @@ class SceneComparer {
   void vec(const Vector& a, const Vector& b, const std::string& what) {
     check(same(a.x, b.x) && same(a.y, b.y) && same(a.z, b.z), what);
   }
+  void points(const std::vector<Vector>& a, const std::vector<Vector>& b, const std::string& what) {
+    if (check(a.size() == b.size(), what + ": point count"))
+      for (std::size_t i = 0; i < a.size(); ++i) vec(a[i], b[i], what);
+  }
   void time(const BaseTime& a, const BaseTime& b, const std::string& what) {
     check(same(a.GetNumerator(), b.GetNumerator()) && same(a.GetDenominator(), b.GetDenominator()), what);
   }
@@ -79,10 +89,7 @@ class SceneComparer {
         case DA_VECTOR: vec(x.GetVector(), y.GetVector(), w); break;
         case DA_MATRIX: {
           const Matrix m = x.GetMatrix(), n = y.GetMatrix();
-          vec(m.off, n.off, w);
-          vec(m.v1, n.v1, w);
-          vec(m.v2, n.v2, w);
-          vec(m.v3, n.v3, w);
+          points({m.off, m.v1, m.v2, m.v3}, {n.off, n.v1, n.v2, n.v3}, w);
           break;
         }
         case DA_TIME: time(x.GetTime(), y.GetTime(), w); break;
@@ -126,17 +133,16 @@ class SceneComparer {
     }
     if (auto* pa = dynamic_cast<const PolygonNode*>(&a)) {
       auto& pb = dynamic_cast<const PolygonNode&>(b);
-      check(pa->points.size() == pb.points.size() && pa->polygons == pb.polygons, w + ": polygons");
-      for (std::size_t i = 0; i < pa->points.size() && i < pb.points.size(); ++i) vec(pa->points[i], pb.points[i], w + ": point");
+      check(pa->polygons == pb.polygons, w + ": polygons");
+      points(pa->points, pb.points, w + ": point");
     }
     if (auto* sa = dynamic_cast<const SplineNode*>(&a)) {
       auto& sb = dynamic_cast<const SplineNode&>(b);
-      check(sa->closed == sb.closed && sa->points.size() == sb.points.size(), w + ": spline");
-      check(sa->segments.size() == sb.segments.size(), w + ": segments");
+      check(sa->closed == sb.closed && sa->segments.size() == sb.segments.size(), w + ": spline");
       for (std::size_t i = 0; i < sa->segments.size() && i < sb.segments.size(); ++i)
         check(sa->segments[i].cnt == sb.segments[i].cnt && sa->segments[i].closed == sb.segments[i].closed,
               w + ": segment");
-      for (std::size_t i = 0; i < sa->points.size() && i < sb.points.size(); ++i) vec(sa->points[i], sb.points[i], w + ": point");
+      points(sa->points, sb.points, w + ": point");
     }
     if (auto* ua = dynamic_cast<const UVWTagNode*>(&a)) {
       auto& ub = dynamic_cast<const UVWTagNode&>(b);
@@ -180,7 +186,7 @@ inline std::string compareScenes(BaseDocument* a, BaseDocument* b) {
 // Fills a document with a random scene through the host API, as a module would.
 class RandomScene {
  public:
-  explicit RandomScene(unsigned seed, LONG pluginTagType = 0) : rng_(seed), pluginTag_(pluginTagType) {}
+  explicit RandomScene(unsigned seed) : rng_(seed) {}
 
   void fill(BaseDocument* doc, int objects) {
     doc->SetFps(LONG(pick(1, 120)));
@@ -208,8 +214,8 @@ class RandomScene {
       if (pick(0, 2) == 0) n->GetDataInstance()->SetLink(LONG(pick(1, 99)), targets[std::size_t(pick(0, long(targets.size()) - 1))]);
   }
 
-  std::string bytes(std::size_t maxLength) {
-    std::string s(std::size_t(pick(0, long(maxLength))), '\0');
+  std::string bytes(long maxLength) {
+    std::string s(std::size_t(pick(0, maxLength)), '\0');
     const bool text = pick(0, 1) == 0;
     for (char& c : s) c = char(text ? pick(32, 126) : pick(0, 255));
     return s;
@@ -276,38 +282,82 @@ class RandomScene {
       for (LONG i = 0; i < polygons; ++i) uvw->SetSlow(i, UVWStruct(vector(), vector(), vector(), vector()));
       uvw->SetName(String(bytes(6)));
     }
-    if (pluginTag_ && pick(0, 1)) {
-      BaseTag* t = op->MakeTag(pluginTag_);
-      if (t) container(*t->GetDataInstance());
-    }
-    const long tracks = pick(0, 2);
-    for (long i = 0; i < tracks; ++i) {
+    if (pick(0, 1)) container(*op->MakeTag(kPluginTag)->GetDataInstance());
+    for (long i = pick(0, 2) - 1; i >= 0; --i) {
       CTrack* track = CTrack::Alloc(op, DescID(DescLevel(ID_BASEOBJECT_POSITION, DTYPE_VECTOR, 0),
                                                DescLevel(LONG(VECTOR_X + i), DTYPE_REAL, 0)));
       op->InsertTrackSorted(track);
       CCurve* curve = track->GetCurve(CCURVE_CURVE, true);
-      const long keys = pick(0, 5);
-      for (long k = 0; k < keys; ++k) {
+      for (long k = pick(0, 5); k > 0; --k) {
         CKey* key = curve->AddKey(BaseTime(double(pick(0, 300)), 30.0));
         key->SetValue(curve, Real(real(-10, 10)));
         key->SetInterpolation(curve, LONG(pick(1, 3)));
       }
     }
-    if (pick(0, 4) == 0) op->GetDataInstance()->SetString(1023579, String(xmlText()));
     return op;
   }
 
-  std::string xmlText() {
-    std::ostringstream out;
-    out << "<?xml version=\"1.0\"?>\n<state tool=\"" << pick(0, 99) << "\">";
-    const long n = pick(50, 800);
-    for (long i = 0; i < n; ++i) out << "<v i=\"" << i << "\">" << real(-1, 1) << "&amp;</v>\n";
-    out << "</state>";
-    return out.str();
-  }
-
   std::mt19937 rng_;
-  LONG pluginTag_;
+};
+
+// A document message as the recording hook heard it.
+struct Heard {
+  LONG type;
+  BaseDocument* doc;
+  BaseDocument* active;  // the host's active document when the message arrived
+  std::string file;
+  BaseDocument* hookDocument;
+  std::string name;  // the document's name when the message arrived
+};
+inline std::vector<Heard> heard;
+
+class RecordingHook : public SceneHookData {
+ public:
+  Bool Message(GeListNode* node, LONG type, void* data) override {
+    if (type == MSG_DOCUMENTINFO && data) {
+      auto* info = static_cast<DocumentInfoData*>(data);
+      heard.push_back({info->type, info->doc, GetActiveDocument(), info->filename.GetString().ToStd(),
+                       node ? node->GetDocument() : nullptr, info->doc->GetDocumentName().GetString().ToStd()});
+    }
+    return true;
+  }
+};
+
+inline LONG sceneTestModule(LONG action, void* p1, void*, void*) {
+  if (action == C4DPL_INIT_SYS) C4DOS() = static_cast<C4D_HostTable*>(p1);
+  if (action != C4DPL_START) return 1;
+  struct SavedTag : TagData {};
+  return RegisterTagPlugin(kPluginTag, "Saved tag", TAG_VISIBLE, [] { return static_cast<NodeData*>(new SavedTag); },
+                           "", nullptr, 0) &&
+         RegisterSceneHookPlugin(kRecordingHook, "Recorder", 0, [] { return static_cast<NodeData*>(new RecordingHook); },
+                                 1000, 0);
+}
+
+class SceneHostTest : public ::testing::Test {
+ protected:
+  SceneHostTest() : host(quietOptions()) {
+    dir = std::filesystem::temp_directory_path() /
+          ("scene_file_test_" + std::to_string(::testing::UnitTest::GetInstance()->random_seed()) + "_" +
+           ::testing::UnitTest::GetInstance()->current_test_info()->name());
+    std::filesystem::create_directories(dir);
+    host.loadModule(&sceneTestModule, "scene-test-module");
+    heard.clear();
+  }
+  ~SceneHostTest() override {
+    std::error_code ec;
+    std::filesystem::remove_all(dir, ec);
+  }
+  std::string file(const char* name) const { return (dir / name).string(); }
+  static std::string slurp(const std::string& path) {
+    std::ifstream in(path, std::ios::binary);
+    std::ostringstream s;
+    s << in.rdbuf();
+    return s.str();
+  }
+  static void spit(const std::string& path, const std::string& text) { std::ofstream(path, std::ios::binary) << text; }
+
+  EmbeddedHost host;
+  std::filesystem::path dir;
 };
 
 }  // namespace tvr::plr::embedded::testing
