@@ -6,7 +6,6 @@
 #include <cstdio>
 #include <set>
 #include <string>
-#include <vector>
 
 #if defined(_WIN32)
 #include <windows.h>
@@ -20,144 +19,104 @@
 namespace tvr::plr::test {
 namespace {
 
-using core::CoreInterface;
-
-class Library {
-public:
-    explicit Library(std::string path) {
+void* openLibrary(std::string path) {
 #if defined(_WIN32)
-        for (char& c : path)
-            if (c == '/') c = '\\';
-        if (!path.empty() && path[0] == '\\') path = "Z:" + path;
-        handle_ = LoadLibraryA(path.c_str());
+    for (char& c : path)
+        if (c == '/') c = '\\';
+    if (!path.empty() && path[0] == '\\') path = "Z:" + path;
+    return LoadLibraryA(path.c_str());
 #else
-        handle_ = dlopen(path.c_str(), RTLD_NOW | RTLD_LOCAL);
+    return dlopen(path.c_str(), RTLD_NOW | RTLD_LOCAL);
 #endif
-    }
-    ~Library() {
-        if (!handle_) return;
+}
+
+template <class Fn>
+Fn symbol(void* library, const char* name) {
 #if defined(_WIN32)
-        FreeLibrary(static_cast<HMODULE>(handle_));
+    return reinterpret_cast<Fn>(reinterpret_cast<void*>(GetProcAddress(static_cast<HMODULE>(library), name)));
 #else
-        dlclose(handle_);
+    return reinterpret_cast<Fn>(dlsym(library, name));
 #endif
-    }
-    Library(const Library&) = delete;
-    Library& operator=(const Library&) = delete;
+}
 
-    bool loaded() const { return handle_ != nullptr; }
+// Runs `action` and answers what the core wrote to stdout meanwhile.
+template <class Action>
+std::string output(Action action) {
+    ::testing::internal::CaptureStdout();
+    action();
+    return ::testing::internal::GetCapturedStdout();
+}
 
-    template <class Fn>
-    Fn symbol(const char* name) const {
-#if defined(_WIN32)
-        return reinterpret_cast<Fn>(reinterpret_cast<void*>(GetProcAddress(static_cast<HMODULE>(handle_), name)));
-#else
-        return reinterpret_cast<Fn>(dlsym(handle_, name));
-#endif
-    }
-
-private:
-    void* handle_ = nullptr;
-};
-
+// The library is loaded once and stays loaded for the whole run.
 class SampleCoreTest : public ::testing::Test {
 protected:
-    static void SetUpTestSuite() { library = new Library(PLR_SAMPLE_CORE_PATH); }
-    static void TearDownTestSuite() {
-        delete library;
-        library = nullptr;
-    }
-
     void SetUp() override {
-        ASSERT_TRUE(library->loaded()) << PLR_SAMPLE_CORE_PATH;
-        attach = library->symbol<core::AttachFn>("attach");
-        detach = library->symbol<core::DetachFn>("detach");
-        auto statsFn = library->symbol<PlrSampleCoreStatsFn>("plr_sample_core_stats");
-        ASSERT_NE(attach, nullptr);
-        ASSERT_NE(detach, nullptr);
-        ASSERT_NE(statsFn, nullptr);
+        static void* const library = openLibrary(PLR_SAMPLE_CORE_PATH);
+        ASSERT_NE(library, nullptr) << PLR_SAMPLE_CORE_PATH;
+        attach = symbol<AttachFn>(library, "attach");
+        detach = symbol<DetachFn>(library, "detach");
+        const auto statsFn = symbol<PlrSampleCoreStatsFn>(library, "plr_sample_core_stats");
+        ASSERT_TRUE(attach && detach && statsFn);
         stats = statsFn();
+        before = *stats;
     }
 
-    static Library* library;
-    core::AttachFn attach = nullptr;
-    core::DetachFn detach = nullptr;
+    AttachFn attach = nullptr;
+    DetachFn detach = nullptr;
     const PlrSampleCoreStats* stats = nullptr;
+    PlrSampleCoreStats before{};
+    TestAdaptor adaptor;
 };
 
-Library* SampleCoreTest::library = nullptr;
-
 TEST_F(SampleCoreTest, AttachShowsTheHostIdentityAndDetachFreesTheCore) {
-    TestAdaptor adaptor;
-    const PlrSampleCoreStats before = *stats;
-
     EXPECT_EQ(attach(nullptr), nullptr);
     CoreInterface* core = attach(&adaptor);
     ASSERT_NE(core, nullptr);
     EXPECT_EQ(stats->attaches, before.attaches + 1);
     EXPECT_TRUE(adaptor.calls.empty()) << "attach alone asks the adaptor nothing";
 
-    ::testing::internal::CaptureStdout();
-    core->showMain(0);
-    EXPECT_EQ(::testing::internal::GetCapturedStdout(),
+    EXPECT_EQ(output([&] { core->showMain(0); }),
               "core: main window opened in CINEMA4D R 11008 (Cinema 4D R10 Adaptor)\n");
     const std::set<std::string> asked(adaptor.calls.begin(), adaptor.calls.end());
     EXPECT_EQ(asked, (std::set<std::string>{"getInterfaceVersion", "getDisplayName", "getHostName",
                                             "getHostVersion", "getHostIdentifiers"}));
     // The identifiers came back through a sink whose storage the core owns.
-    EXPECT_NE(adaptor.identifierTarget, nullptr);
     EXPECT_EQ(stats->hostIdentifiers, 3);
     EXPECT_EQ(stats->mainWindowsOpened, before.mainWindowsOpened + 1);
+
+    // An adaptor of another interface version is told so first.
+    adaptor.version = 9100;
+    EXPECT_EQ(output([&] { core->showMain(0); }),
+              "core: adaptor interface version 9100, expected 9201\n"
+              "core: main window opened in CINEMA4D R 11008 (Cinema 4D R10 Adaptor)\n");
 
     detach(core);
     detach(nullptr);
     EXPECT_EQ(stats->detaches, before.detaches + 1);
 }
 
-TEST_F(SampleCoreTest, AnUnexpectedInterfaceVersionIsReportedFirst) {
-    TestAdaptor adaptor;
-    adaptor.version = 9100;
+TEST_F(SampleCoreTest, RunLoopReportsOnceEveryTwentyFiveSlicesPerCore) {
     CoreInterface* core = attach(&adaptor);
-    ASSERT_NE(core, nullptr);
-    ::testing::internal::CaptureStdout();
-    core->showMain(0);
-    EXPECT_EQ(::testing::internal::GetCapturedStdout(),
-              "core: adaptor interface version 9100, expected 9201\n"
-              "core: main window opened in CINEMA4D R 11008 (Cinema 4D R10 Adaptor)\n");
-    detach(core);
-}
-
-TEST_F(SampleCoreTest, RunLoopReportsOnceEveryTwentyFiveSlices) {
-    TestAdaptor adaptor;
-    CoreInterface* core = attach(&adaptor);
-    ASSERT_NE(core, nullptr);
-    const std::int64_t before = stats->timeSlices;
-
-    ::testing::internal::CaptureStdout();
-    for (int i = 0; i < 24; ++i) core->runLoopStep();
-    EXPECT_EQ(::testing::internal::GetCapturedStdout(), "");
-
-    ::testing::internal::CaptureStdout();
-    for (int i = 0; i < 26; ++i) core->runLoopStep();
-    EXPECT_EQ(::testing::internal::GetCapturedStdout(), "core: 25 time slices\ncore: 50 time slices\n");
-    EXPECT_EQ(stats->timeSlices, before + 50);
-
-    // Each core counts its own slices.
     CoreInterface* second = attach(&adaptor);
-    ::testing::internal::CaptureStdout();
-    for (int i = 0; i < 25; ++i) second->runLoopStep();
-    EXPECT_EQ(::testing::internal::GetCapturedStdout(), "core: 25 time slices\n");
+    ASSERT_TRUE(core && second);
+    const auto steps = [](CoreInterface* target, int count) {
+        return output([&] {
+            for (int i = 0; i < count; ++i) target->runLoopStep();
+        });
+    };
+    EXPECT_EQ(steps(core, 24), "");
+    EXPECT_EQ(steps(core, 26), "core: 25 time slices\ncore: 50 time slices\n");
+    EXPECT_EQ(steps(second, 25), "core: 25 time slices\n");
+    EXPECT_EQ(stats->timeSlices, before.timeSlices + 75);
     EXPECT_TRUE(adaptor.calls.empty());
     detach(second);
     detach(core);
 }
 
 TEST_F(SampleCoreTest, StateSurvivesSaveAndLoadWithoutGrowing) {
-    TestAdaptor adaptor;
     CoreInterface* core = attach(&adaptor);
-    ASSERT_NE(core, nullptr);
-    const PlrSampleCoreStats before = *stats;
-
+    CoreInterface* next = attach(&adaptor);
+    ASSERT_TRUE(core && next);
     util::xml::Element fresh;
     core->saveState(fresh);
     EXPECT_EQ(fresh.name(), "samplecore");
@@ -166,11 +125,8 @@ TEST_F(SampleCoreTest, StateSurvivesSaveAndLoadWithoutGrowing) {
 
     util::xml::Tag document("PLT");
     document.addChild(util::xml::TagWithData("masternodes", "rig"));
-    ::testing::internal::CaptureStdout();
-    core->loadState(document);
-    EXPECT_EQ(::testing::internal::GetCapturedStdout(), "core: state loaded (PLT)\n");
+    EXPECT_EQ(output([&] { core->loadState(document); }), "core: state loaded (PLT)\n");
     for (int i = 0; i < 3; ++i) core->runLoopStep();
-
     util::xml::Element saved;
     core->saveState(saved);
     EXPECT_EQ(saved.attribute("timeSlices"), "3");
@@ -178,10 +134,7 @@ TEST_F(SampleCoreTest, StateSurvivesSaveAndLoadWithoutGrowing) {
     EXPECT_EQ(*saved.childAt(0), document);
 
     // A core handed its own saved element back saves the same tree again.
-    CoreInterface* next = attach(&adaptor);
-    ::testing::internal::CaptureStdout();
-    next->loadState(saved);
-    ::testing::internal::GetCapturedStdout();
+    output([&] { next->loadState(saved); });
     for (int i = 0; i < 3; ++i) next->runLoopStep();
     util::xml::Element again;
     next->saveState(again);
@@ -198,15 +151,11 @@ TEST_F(SampleCoreTest, ExportsOnlyItsEntryPoints) {
     std::FILE* pipe = popen("nm -D --defined-only '" PLR_SAMPLE_CORE_PATH "' 2>/dev/null", "r");
     ASSERT_NE(pipe, nullptr);
     std::set<std::string> exported;
-    char line[512];
-    while (std::fgets(line, sizeof line, pipe)) {
-        char type = 0;
-        char name[400] = {0};
-        // "<address> <type> <name>"
-        if (std::sscanf(line, "%*s %c %399s", &type, name) == 2) exported.insert(name);
-    }
-    const int status = pclose(pipe);
-    if (exported.empty() && status != 0) GTEST_SKIP() << "nm is not available";
+    char line[512], name[400];
+    // "<address> <type> <name>"
+    while (std::fgets(line, sizeof line, pipe))
+        if (std::sscanf(line, "%*s %*c %399s", name) == 1) exported.insert(name);
+    if (pclose(pipe) != 0 && exported.empty()) GTEST_SKIP() << "nm is not available";
     EXPECT_EQ(exported, (std::set<std::string>{"attach", "detach", "plr_sample_core_stats"}));
 }
 #endif

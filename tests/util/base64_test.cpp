@@ -42,7 +42,6 @@ TEST(Base64Test, KnownVectorsAndRandomRoundTrips) {
         for (auto& b : data) b = static_cast<std::uint8_t>(rng());
         const std::string text = Base64::encode(data);
         ASSERT_EQ(text.size(), (length + 2) / 3 * 4);
-        ASSERT_EQ(referenceDecode(text), data) << "length " << length;
         ASSERT_EQ(Base64::decode(text), data) << "length " << length;
     }
 }

@@ -43,7 +43,6 @@ TEST(ReturnValueTest, SetWritesIntoTheCallersStorage) {
     std::vector<std::string> owned{"old", "values", "here"};
     ReturnValue<std::vector<std::string>> sink(&owned);
     EXPECT_EQ(sink.set({"a", "b"}), &owned);
-    EXPECT_EQ(sink.get(), &owned);
     EXPECT_EQ(owned, (std::vector<std::string>{"a", "b"}));
 
     CountingMesh coreMesh;
