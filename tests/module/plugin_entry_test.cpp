@@ -53,21 +53,8 @@ TEST_F(PluginEntryTest, StartRegistersEveryPlugInInOrderAndInstallsBothHooks) {
     };
     EXPECT_EQ(journalOf(host, "Register"), registered);
 
+    // The host calls back through each registration's data (the command's is run by the tests below).
     const emb::PluginRegistry& plugins = host.context().plugins;
-    ASSERT_EQ(plugins.commands.size(), 1u);
-    EXPECT_EQ(plugins.commands[0].help, "Pelloran");
-    EXPECT_EQ(plugins.commands[0].icon, "mainicon.tif");
-    EXPECT_EQ(plugins.commands[0].info, 0);
-    EXPECT_NE(plugins.commands[0].data, nullptr);
-    ASSERT_EQ(plugins.sceneHooks.size(), 1u);
-    EXPECT_EQ(plugins.sceneHooks[0].priority, 1000);
-    EXPECT_EQ(plugins.sceneHooks[0].diskLevel, 0);
-    EXPECT_EQ(plugins.sceneHooks[0].info, 0);
-    ASSERT_EQ(plugins.tags.size(), 1u);
-    EXPECT_EQ(plugins.tags[0].info, 9);
-    EXPECT_EQ(plugins.tags[0].description, "");
-    EXPECT_EQ(plugins.tags[0].icon, "mainicon.tif");
-    EXPECT_EQ(plugins.tags[0].diskLevel, 0);
     ASSERT_EQ(plugins.messages.size(), 2u);
     EXPECT_NE(plugins.messages[0].data, nullptr);
     EXPECT_NE(plugins.messages[1].data, nullptr);
@@ -78,9 +65,6 @@ TEST_F(PluginEntryTest, StartRegistersEveryPlugInInOrderAndInstallsBothHooks) {
     EXPECT_EQ(moduleState().previousAddUndo, hostAddUndo);
     ASSERT_NE(moduleState().pluginPath, nullptr);
     EXPECT_EQ(moduleState().pluginPath->GetString().ToStd(), "pelloran");
-    // Start loads nothing.
-    EXPECT_EQ(rec.count("LoadLibraryA"), 0u);
-    EXPECT_EQ(rec.count("RegOpenKeyExA"), 0u);
 
     host.shutdown();
     EXPECT_EQ(moduleState().initCount, 0);
@@ -96,6 +80,11 @@ TEST_F(PluginEntryTest, ActionsAnswerAsTheHostExpects) {
         EXPECT_EQ(moduleState().initCount, 1);  // refusal still counts
         EXPECT_EQ(c4d_main(3, nullptr, nullptr, nullptr), 1);
         EXPECT_EQ(moduleState().initCount, 0);
+        C4D_HostTable table{};
+        table.apiVersion = 11000;
+        EXPECT_EQ(c4d_main(1, &table, nullptr, nullptr), -3);  // no path
+        EXPECT_EQ(c4d_main(3, nullptr, nullptr, nullptr), 1);
+        C4DOS() = nullptr;
     }
     emb::EmbeddedHost host(quietHost(11000));
     ASSERT_TRUE(host.loadModule(&c4d_main, "pelloran"));
@@ -108,12 +97,16 @@ TEST_F(PluginEntryTest, ActionsAnswerAsTheHostExpects) {
     EXPECT_NE(moduleState().pluginPath, nullptr);
     EXPECT_EQ(host.context().plugins.commands.size(), 1u);
 
-    EXPECT_EQ(c4d_main(4, poison, poison, poison), 3);
-    EXPECT_EQ(c4d_main(5, nullptr, nullptr, nullptr), -1);
-    EXPECT_EQ(c4d_main(0, nullptr, nullptr, nullptr), -1);
-    EXPECT_EQ(c4d_main(6, reinterpret_cast<void*>(0), nullptr, nullptr), 1);
-    EXPECT_EQ(c4d_main(6, reinterpret_cast<void*>(1), nullptr, nullptr), 1);
-    EXPECT_EQ(c4d_main(6, reinterpret_cast<void*>(2), nullptr, nullptr), -1);
+    // Version, unknown actions, and plug-in messages of which only 0 and 1 are answered.
+    const struct {
+        LONG action;
+        std::intptr_t p1;
+        LONG answer;
+    } answers[] = {{4, 8, 3}, {5, 0, -1}, {0, 0, -1}, {6, 0, 1}, {6, 1, 1}, {6, 2, -1}};
+    for (const auto& a : answers) {
+        EXPECT_EQ(c4d_main(a.action, reinterpret_cast<void*>(a.p1), nullptr, nullptr), a.answer)
+            << a.action << "/" << a.p1;
+    }
     EXPECT_TRUE(host.sendPluginMessage(1, nullptr));
 
     // A start whose registration is refused answers 0; a repeated start must
@@ -131,15 +124,6 @@ TEST_F(PluginEntryTest, ActionsAnswerAsTheHostExpects) {
     EXPECT_EQ(moduleState().initCount, 0);
 }
 
-TEST_F(PluginEntryTest, InitialiseWithoutAPathIsRefused) {
-    C4D_HostTable table{};
-    table.apiVersion = 11000;
-    EXPECT_EQ(c4d_main(1, &table, nullptr, nullptr), -3);
-    EXPECT_EQ(c4d_main(3, nullptr, nullptr, nullptr), 1);
-    EXPECT_EQ(moduleState().initCount, 0);
-    C4DOS() = nullptr;
-}
-
 const char* g_chainedInfo = nullptr;
 void recordCrash(char* info) { g_chainedInfo = info; }
 
@@ -153,22 +137,14 @@ TEST_F(PluginEntryTest, CrashHandlerPrintsAndChains) {
     moduleState().previousCrashHandler = nullptr;
 }
 
-TEST_F(PluginEntryTest, CommandWithoutCoreShowsTheErrorsEveryTime) {
+TEST_F(PluginEntryTest, CommandWithoutCoreTriesAndReportsEveryTime) {
     emb::EmbeddedHost host(quietHost());
     ASSERT_TRUE(host.loadModule(&c4d_main, "pelloran"));
-    rec.setRegistryValue("HKEY_LOCAL_MACHINE\\SOFTWARE\\Wow6432Node\\Tavrelo", "path", "C:/Prog/X");
-
     EXPECT_TRUE(host.runCommand(1023575));
     EXPECT_TRUE(host.runCommand(1023575));
     EXPECT_EQ(rec.count("LoadLibraryA"), 2u);
-    const std::vector<pf::MessageBoxRecord> boxes = rec.messageBoxes();
-    ASSERT_EQ(boxes.size(), 4u);
-    EXPECT_EQ(boxes[0].text.rfind("LoadLibrary failed with error 126: ", 0), 0u);
-    EXPECT_EQ(boxes[1].text, "Couldn't load C:/Prog/X/pelloran/data\\Core\\Core64.dll");
-    EXPECT_EQ(boxes[2].text, boxes[0].text);
-    EXPECT_EQ(boxes[3].text, boxes[1].text);
-    const std::vector<std::string> dialogs = {"CORE is not attached to adaptor", "CORE is not attached to adaptor"};
-    EXPECT_EQ(host.dialogs(), dialogs);
+    EXPECT_EQ(rec.messageBoxes().size(), 4u);
+    EXPECT_EQ(host.dialogs(), std::vector<std::string>(2, "CORE is not attached to adaptor"));
 }
 
 TEST_F(PluginEntryTest, AddUndoHookPassesEveryCallThrough) {
@@ -178,13 +154,12 @@ TEST_F(PluginEntryTest, AddUndoHookPassesEveryCallThrough) {
     BaseObject* op = BaseObject::Alloc(Onull);
     doc->InsertObject(op, nullptr, nullptr);
 
-    // Each case as the host's own function answers it, with the same journal entry.
+    // Each call answered and journalled as the host's own function does it, the module's own undo included.
     const struct {
         std::int32_t own;
         void* element;
         LONG type;
-    } cases[] = {{0, op, UNDO_CHANGE}, {1, op, UNDO_CHANGE}, {0, nullptr, UNDO_CHANGE},
-                 {0, op, UNDO_CHANGE_SELECTION}, {0, op, UNDO_DELETE}};
+    } cases[] = {{0, op, UNDO_CHANGE_SELECTION}, {1, op, UNDO_CHANGE}, {0, nullptr, UNDO_DELETE}};
     for (const auto& c : cases) {
         moduleState().ownUndoInProgress = c.own;
         doc->StartUndo();
@@ -192,8 +167,7 @@ TEST_F(PluginEntryTest, AddUndoHookPassesEveryCallThrough) {
         const LONG hooked = AddUndoHook(doc, c.element, c.type);
         const std::string hookedJournal = host.journal().toString();
         host.journal().clear();
-        const LONG plain = moduleState().previousAddUndo(doc, c.element, c.type);
-        EXPECT_EQ(hooked, plain);
+        EXPECT_EQ(hooked, moduleState().previousAddUndo(doc, c.element, c.type));
         EXPECT_EQ(hookedJournal, host.journal().toString());
         doc->EndUndo();
     }

@@ -7,9 +7,7 @@
 #define TEST_EXPORT extern "C" __attribute__((visibility("default")))
 #endif
 
-TEST_EXPORT int plrTestAnswer() { return 42; }
-
-// A window procedure that counts its messages into the caller's counter.
+// A window procedure that counts its messages into the caller's counter and answers 7.
 namespace {
 int* g_counter = nullptr;
 }

@@ -2,7 +2,6 @@
 #pragma once
 
 #include <cstdint>
-#include <cstdlib>
 #include <string>
 
 #include "platform.h"
@@ -29,31 +28,15 @@ inline std::string testLibraryPath() {
 #endif
 }
 
-// Calls a function found with getProcAddress.
-inline int callAnswer(void* address) {
-    int (*fn)();
-    static_assert(sizeof fn == sizeof address, "pointer sizes");
-    __builtin_memcpy(&fn, &address, sizeof fn);
-    return fn();
-}
-
 // Counts the timer messages each test window procedure receives.
 struct TimerLog {
     static inline int timers = 0;
     static inline std::uintptr_t lastId = 0;
     static inline void* lastWindow = nullptr;
-    static void reset() {
-        timers = 0;
-        lastId = 0;
-        lastWindow = nullptr;
-    }
+    static void reset() { timers = 0; lastId = 0; lastWindow = nullptr; }
     // Real windows need the default handling of their creation messages.
     static std::intptr_t proc(void* window, std::uint32_t msg, std::uintptr_t wParam, std::intptr_t lParam) {
-        if (msg == WmTimer) {
-            ++timers;
-            lastId = wParam;
-            lastWindow = window;
-        }
+        if (msg == WmTimer) { ++timers; lastId = wParam; lastWindow = window; }
         return systemPlatform().defWindowProc(window, msg, wParam, lParam);
     }
 };

@@ -45,22 +45,18 @@ TEST(Win32Platform, HiddenWindowReceivesItsTimerUntilDestroyed) {
     ASSERT_NE(w, nullptr) << "no window (is wine's graphics driver set?), error " << p.getLastError();
     ASSERT_NE(p.setTimer(w, 1, 40, nullptr), 0u);
 
-    DWORD start = GetTickCount();
-    while (TimerLog::timers < 3 && GetTickCount() - start < 5000) {
-        pumpMessages(0);
-        Sleep(5);
-    }
+    auto pumpUntil = [](int timers, DWORD ms) {
+        for (DWORD start = GetTickCount(); TimerLog::timers < timers && GetTickCount() - start < ms; Sleep(5))
+            pumpMessages(0);
+    };
+    pumpUntil(3, 5000);
     EXPECT_GE(TimerLog::timers, 3);
     EXPECT_EQ(TimerLog::lastId, 1u);
     EXPECT_EQ(TimerLog::lastWindow, w);
 
     EXPECT_TRUE(p.destroyWindow(w));
     int seen = TimerLog::timers;
-    start = GetTickCount();
-    while (GetTickCount() - start < 200) {
-        pumpMessages(0);
-        Sleep(5);
-    }
+    pumpUntil(seen + 1, 200);
     EXPECT_EQ(TimerLog::timers, seen);
     EXPECT_TRUE(p.unregisterClass("PLRTestRunLoopWindow", program));
 }
