@@ -11,6 +11,9 @@
 #include "plugin/plugin_main.h"
 #include "registry_file_platform.h"
 #include "stats.h"
+#include "util/log.h"
+#include "util/mesh.h"
+#include "util/xml/element.h"
 
 namespace tvr::plr::adaptor::cinema4d {
 namespace {
@@ -36,6 +39,22 @@ TEST(AdaptorIdentity, BuildsIdentifiersFromTheHostAndReadsTheActiveDocument) {
     tvr::util::ReturnValue<core::StringList> sink(&ids);
     adaptor->getHostIdentifiers(&sink);
     EXPECT_EQ(ids, (core::StringList{"CINEMA4D_R 11008", "CINEMA4D", ""}));
+
+    // The names, the fixed answers, and the operations this adaptor does not offer, which only log.
+    EXPECT_EQ(adaptor->getDisplayName() + "|" + adaptor->getAdaptorId() + "|" + adaptor->getHostName() + "|" +
+                  adaptor->getHostVersion(),
+              "Cinema 4D R10 Adaptor|adaptor_c4dr11|CINEMA4D|R 11008");
+    EXPECT_EQ(adaptor->reservedQuery6() + adaptor->reservedQuery36(), 0);
+    const std::size_t logged = tvr::util::Log::contents().size();
+    EXPECT_EQ(adaptor->createMesh(nullptr, "mesh", tvr::util::CMesh()), nullptr);
+    adaptor->mergeFromFile("scene", nullptr);
+    const std::string lines = tvr::util::Log::contents().substr(logged);
+    EXPECT_NE(lines.find("ERROR): (NOT IMPLEMENTED) createMesh Cinema 4D R10 Adaptor\n"), std::string::npos) << lines;
+    EXPECT_NE(lines.find("ERROR): mergeFromFile not implemented\n"), std::string::npos) << lines;
+    tvr::util::xml::Tag data("stale");
+    tvr::util::ReturnValue<tvr::util::xml::Element> dataSink(&data);
+    EXPECT_EQ(adaptor->getAdaptorData(&dataSink), 0);
+    EXPECT_TRUE(data.isEmpty());
 
     // Frame rate from the active document, nothing without one.
     EXPECT_DOUBLE_EQ(adaptor->getFrameRate(), 0.0);

@@ -53,9 +53,23 @@ TEST_F(PluginEntryTest, StartRegistersEveryPlugInInOrderAndInstallsBothHooks) {
     };
     EXPECT_EQ(journalOf(host, "Register"), registered);
 
-    // The host calls back through each registration's data (the command's is run by the tests below).
+    // The details the host keeps of each registration, and the data it calls back through.
     const emb::PluginRegistry& plugins = host.context().plugins;
+    ASSERT_EQ(plugins.commands.size(), 1u);
+    ASSERT_EQ(plugins.sceneHooks.size(), 1u);
+    ASSERT_EQ(plugins.tags.size(), 1u);
     ASSERT_EQ(plugins.messages.size(), 2u);
+    const emb::CommandPlugin& command = plugins.commands[0];
+    EXPECT_EQ(std::vector<std::string>({command.icon, command.help}),
+              std::vector<std::string>({"mainicon.tif", "Pelloran"}));
+    const emb::NodePlugin& hook = plugins.sceneHooks[0];
+    const emb::NodePlugin& tag = plugins.tags[0];
+    EXPECT_EQ(std::vector<LONG>({command.info, hook.info, hook.priority, hook.diskLevel, tag.info, tag.diskLevel,
+                                 plugins.messages[0].info, plugins.messages[1].info}),
+              std::vector<LONG>({0, 0, 1000, 0, 9, 0, 0, 0}));
+    EXPECT_EQ(std::vector<std::string>({tag.icon, tag.description}), std::vector<std::string>({"mainicon.tif", ""}));
+    EXPECT_NE(hook.allocator, nullptr);
+    EXPECT_NE(tag.allocator, nullptr);
     EXPECT_NE(plugins.messages[0].data, nullptr);
     EXPECT_NE(plugins.messages[1].data, nullptr);
 
