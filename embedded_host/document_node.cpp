@@ -3,6 +3,7 @@
 #include <sstream>
 
 #include "host_context.h"
+#include "scene_dump.h"
 #include "track_node.h"
 
 namespace tvr::plr::embedded {
@@ -20,12 +21,16 @@ void DocumentNode::clearContents() {
   }
 }
 
-void DocumentNode::dumpOwn(std::ostream& out) const {
-  HostNode::dumpOwn(out);
-  const auto t = [](const BaseTime& b) { return std::to_string(b.GetNumerator()) + "/" + std::to_string(b.GetDenominator()); };
-  out << " file=\"" << settings.name.GetString().ToStd() << "\" fps=" << settings.fps << " time=" << t(settings.time)
-      << " range=" << t(settings.minTime) << ".." << t(settings.maxTime) << " loop=" << t(settings.loopMinTime)
-      << ".." << t(settings.loopMaxTime);
+// No name: a document is named after its file, which says where the scene
+// lives, not what it holds; a saved and reloaded scene dumps the same.
+void DocumentNode::dumpOwn(DumpOut& out) const {
+  out.key("data").container(data);
+  out.key("fps") << settings.fps;
+  out.key("time").time(settings.time);
+  out.key("range").time(settings.minTime) << "..";
+  out.time(settings.maxTime);
+  out.key("loop").time(settings.loopMinTime) << "..";
+  out.time(settings.loopMaxTime);
 }
 
 void DocumentNode::insertObject(HostNode* op, HostNode* parent, HostNode* pred) {

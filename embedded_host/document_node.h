@@ -25,7 +25,7 @@ class DocumentNode : public HostNode {
   ~DocumentNode() override;
 
   HostNode* makeBlank() const override { return nullptr; }  // documents are not copied
-  void dumpOwn(std::ostream& out) const override;
+  void dumpOwn(DumpOut& out) const override;
   void releasePluginData() override;
 
   // InsertObject: after pred when it is in this document, else first child of parent, else first.

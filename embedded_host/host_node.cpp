@@ -5,6 +5,7 @@
 
 #include "document_node.h"
 #include "host_context.h"
+#include "scene_dump.h"
 #include "track_node.h"
 #include "undo_stack.h"
 
@@ -53,10 +54,9 @@ void HostNode::swapOwnWith(HostNode& other) {
   std::swap(data, other.data);
 }
 
-void HostNode::dumpOwn(std::ostream& out) const {
-  out << "name=\"" << name.ToStd() << "\"";
-  for (LONG i = 0; i < data.GetCount(); ++i)
-    out << " c" << data.GetIndexId(i) << "=" << describeData(*data.GetIndexData(i));
+void HostNode::dumpOwn(DumpOut& out) const {
+  out.key("name").text(name.ToStd());
+  out.key("data").container(data);
 }
 
 HostNode* HostNode::parentObject() const {

@@ -14,6 +14,7 @@ namespace tvr::plr::embedded {
 class HostNode;
 class DocumentNode;
 class UndoRecord;
+class DumpOut;
 
 enum class NodeKind { Object, Tag, Track, Document, SceneHook };
 enum class ListKind { None, Children, Tags, Tracks, Documents };
@@ -40,8 +41,8 @@ class HostNode {
   // Own state: name, container and what subclasses add (transforms, keys, geometry, ...).
   virtual void copyOwnFrom(const HostNode& src);
   virtual void swapOwnWith(HostNode& other);
-  // One line of "key=value" fields, stable across runs.
-  virtual void dumpOwn(std::ostream& out) const;
+  // Every field of the own state as " key=value", in a fixed order (see scene_dump.h).
+  virtual void dumpOwn(DumpOut& out) const;
   // A new node of the same concrete class and type, with default state, registered.
   virtual HostNode* makeBlank() const = 0;
 

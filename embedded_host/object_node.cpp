@@ -3,6 +3,7 @@
 #include <cmath>
 
 #include "host_context.h"
+#include "scene_dump.h"
 #include "tag_node.h"
 
 namespace tvr::plr::embedded {
@@ -17,18 +18,15 @@ void ObjectNode::swapOwnWith(HostNode& other) {
   if (other.kind == NodeKind::Object) std::swap(state, static_cast<ObjectNode&>(other).state);
 }
 
-static void dumpVector(std::ostream& out, const char* key, const Vector& v) {
-  out << " " << key << "=(" << v.x << "," << v.y << "," << v.z << ")";
-}
-
-void ObjectNode::dumpOwn(std::ostream& out) const {
+void ObjectNode::dumpOwn(DumpOut& out) const {
   HostNode::dumpOwn(out);
-  dumpVector(out, "pos", state.pos);
-  dumpVector(out, "rot", state.rot);
-  dumpVector(out, "scale", state.scale);
-  out << " modes=" << state.editorMode << "/" << state.renderMode << " color=" << state.color.usecolor;
-  dumpVector(out, "rgb", state.color.color);
-  out << " xray=" << int(state.color.xray);
+  out.key("pos").vec(state.pos);
+  out.key("rot").vec(state.rot);
+  out.key("scale").vec(state.scale);
+  out.key("modes") << state.editorMode << '/' << state.renderMode;
+  out.key("color") << state.color.usecolor;
+  out.key("rgb").vec(state.color.color);
+  out.key("xray") << int(state.color.xray);
 }
 
 HostNode* ObjectNode::makeBlank() const {

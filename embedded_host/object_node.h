@@ -21,7 +21,7 @@ class ObjectNode : public HostNode {
 
   void copyOwnFrom(const HostNode& src) override;
   void swapOwnWith(HostNode& other) override;
-  void dumpOwn(std::ostream& out) const override;
+  void dumpOwn(DumpOut& out) const override;
   HostNode* makeBlank() const override;
   bool getParameter(const DescID& id, GeData& out) override;
   bool setParameter(const DescID& id, const GeData& value) override;

@@ -1,6 +1,6 @@
 #include "opaque_tag.h"
 
-#include <ostream>
+#include "scene_dump.h"
 
 namespace tvr::plr::embedded {
 
@@ -16,9 +16,10 @@ void OpaqueTagNode::swapOwnWith(HostNode& other) {
   if (auto* t = dynamic_cast<OpaqueTagNode*>(&other)) record.swap(t->record);
 }
 
-void OpaqueTagNode::dumpOwn(std::ostream& out) const {
+void OpaqueTagNode::dumpOwn(DumpOut& out) const {
   TagNode::dumpOwn(out);
-  out << " opaque=" << record.dump();
+  // ASCII with escapes, like every other text of the dump.
+  out.key("opaque") << record.dump(-1, ' ', true, nlohmann::json::error_handler_t::replace);
 }
 
 OpaqueTagImpl* makeOpaqueTag(LONG type, nlohmann::json record) {

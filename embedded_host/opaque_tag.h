@@ -15,7 +15,7 @@ class OpaqueTagNode : public TagNode {
   HostNode* makeBlank() const override;
   void copyOwnFrom(const HostNode& src) override;
   void swapOwnWith(HostNode& other) override;
-  void dumpOwn(std::ostream& out) const override;
+  void dumpOwn(DumpOut& out) const override;
 
   nlohmann::json record;  // the tag as the file held it
 };

@@ -1,6 +1,6 @@
 #include "polygon_object.h"
 
-#include <ostream>
+#include "scene_dump.h"
 
 namespace tvr::plr::embedded {
 
@@ -26,9 +26,17 @@ void PolygonNode::swapOwnWith(HostNode& other) {
   }
 }
 
-void PolygonNode::dumpOwn(std::ostream& out) const {
+void PolygonNode::dumpOwn(DumpOut& out) const {
   ObjectNode::dumpOwn(out);
-  out << " points=" << points.size() << " polygons=" << polygons.size();
+  out.key("points") << '[';
+  for (std::size_t i = 0; i < points.size(); ++i) (i ? out << ' ' : out).vec(points[i]);
+  out << ']';
+  out.key("polygons") << '[';
+  for (std::size_t i = 0; i < polygons.size(); ++i) {
+    const CPolygon& p = polygons[i];
+    out << (i ? " " : "") << p.a << ',' << p.b << ',' << p.c << ',' << p.d;
+  }
+  out << ']';
 }
 
 bool PolygonNode::resize(LONG pointCount, LONG polygonCount) {

@@ -12,7 +12,7 @@ class PolygonNode : public ObjectNode {
 
   void copyOwnFrom(const HostNode& src) override;
   void swapOwnWith(HostNode& other) override;
-  void dumpOwn(std::ostream& out) const override;
+  void dumpOwn(DumpOut& out) const override;
 
   // Keeps what fits; new points and polygons are zero. Negative counts are refused.
   bool resize(LONG pointCount, LONG polygonCount);

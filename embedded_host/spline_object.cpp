@@ -1,6 +1,6 @@
 #include "spline_object.h"
 
-#include <ostream>
+#include "scene_dump.h"
 
 namespace tvr::plr::embedded {
 
@@ -31,11 +31,16 @@ void SplineNode::swapOwnWith(HostNode& other) {
   lengthData.reset();
 }
 
-void SplineNode::dumpOwn(std::ostream& out) const {
+void SplineNode::dumpOwn(DumpOut& out) const {
   ObjectNode::dumpOwn(out);
-  out << " points=" << points.size() << " segments=";
-  for (const Segment& s : segments) out << s.cnt << (s.closed ? "c" : "o") << ",";
-  out << " closed=" << int(closed);
+  out.key("points") << '[';
+  for (std::size_t i = 0; i < points.size(); ++i) (i ? out << ' ' : out).vec(points[i]);
+  out << ']';
+  out.key("segments") << '[';
+  for (std::size_t i = 0; i < segments.size(); ++i)
+    out << (i ? " " : "") << segments[i].cnt << (segments[i].closed ? 'c' : 'o');
+  out << ']';
+  out.key("closed") << int(closed);
 }
 
 bool SplineNode::resize(LONG pointCount, LONG segmentCount) {

@@ -25,7 +25,7 @@ class SplineNode : public ObjectNode {
 
   void copyOwnFrom(const HostNode& src) override;
   void swapOwnWith(HostNode& other) override;
-  void dumpOwn(std::ostream& out) const override;
+  void dumpOwn(DumpOut& out) const override;
 
   bool resize(LONG pointCount, LONG segmentCount);
   void setClosed(bool c);

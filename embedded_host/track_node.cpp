@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "host_context.h"
+#include "scene_dump.h"
 
 namespace tvr::plr::embedded {
 
@@ -123,15 +124,18 @@ void TrackNode::swapOwnWith(HostNode& other) {
   curve.swapKeys(t.curve);
 }
 
-void TrackNode::dumpOwn(std::ostream& out) const {
+void TrackNode::dumpOwn(DumpOut& out) const {
   HostNode::dumpOwn(out);
-  out << " id=" << describeDescID(descId) << " keys=[";
+  out.key("id");
+  for (LONG i = 0; i < descId.GetDepth(); ++i)
+    out << (i ? "." : "") << descId[i].id << ':' << descId[i].dtype << ':' << descId[i].creator;
+  out.key("keys") << '[';
   for (size_t i = 0; i < curve.keys.size(); ++i) {
     const KeyImpl& k = *curve.keys[i];
-    if (i) out << " ";
-    out << k.time.GetNumerator() << "/" << k.time.GetDenominator() << ":" << k.value << ":" << k.interpolation;
+    (i ? out << ' ' : out).time(k.time) << '=';
+    out.real(k.value) << ':' << k.interpolation;
   }
-  out << "]";
+  out << ']';
 }
 
 HostNode* TrackNode::makeBlank() const { return makeTrack(descId); }

@@ -55,7 +55,7 @@ class TrackNode : public HostNode {
 
   void copyOwnFrom(const HostNode& src) override;
   void swapOwnWith(HostNode& other) override;
-  void dumpOwn(std::ostream& out) const override;
+  void dumpOwn(DumpOut& out) const override;
   HostNode* makeBlank() const override;
   BaseList2D* owner() const { return listOwner && inList == ListKind::Tracks ? listOwner->iface() : nullptr; }
 

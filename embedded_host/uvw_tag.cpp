@@ -1,6 +1,6 @@
 #include "uvw_tag.h"
 
-#include <ostream>
+#include "scene_dump.h"
 
 namespace tvr::plr::embedded {
 
@@ -14,9 +14,14 @@ void UVWTagNode::swapOwnWith(HostNode& other) {
   if (auto* t = dynamic_cast<UVWTagNode*>(&other)) entries.swap(t->entries);
 }
 
-void UVWTagNode::dumpOwn(std::ostream& out) const {
+void UVWTagNode::dumpOwn(DumpOut& out) const {
   TagNode::dumpOwn(out);
-  out << " uvw=" << entries.size();
+  out.key("uvw") << '[';
+  for (std::size_t i = 0; i < entries.size(); ++i) {
+    const UVWStruct& e = entries[i];
+    (i ? out << ' ' : out).vec(e.a).vec(e.b).vec(e.c).vec(e.d);
+  }
+  out << ']';
 }
 
 bool UVWTagNode::resize(LONG count) {

@@ -12,7 +12,7 @@ class UVWTagNode : public TagNode {
 
   void copyOwnFrom(const HostNode& src) override;
   void swapOwnWith(HostNode& other) override;
-  void dumpOwn(std::ostream& out) const override;
+  void dumpOwn(DumpOut& out) const override;
   bool resize(LONG count);
 
   std::vector<UVWStruct> entries;

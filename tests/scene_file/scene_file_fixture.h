@@ -1,21 +1,18 @@
 #pragma once
 // Shared by the scene-file tests: a host with a module that registers a plug-in tag and a scene hook
-// recording document messages, a scratch folder, whole-scene comparison and random scenes.
-// The comparison walks both models field by field; links compare by the place
-// of their target in the tree, since a loaded scene has new nodes.
-#include <cmath>
+// recording document messages, a scratch folder, whole-scene text and random scenes.
 #include <filesystem>
 #include <fstream>
 #include <random>
 #include <sstream>
 #include <string>
-#include <unordered_map>
 #include <vector>
 
 #include "../embedded_host/host_fixture.h"
 #include "document_node.h"
 #include "opaque_tag.h"
 #include "polygon_object.h"
+#include "scene_dump.h"
 #include "spline_object.h"
 #include "track_node.h"
 #include "uvw_tag.h"
@@ -25,163 +22,9 @@ namespace tvr::plr::embedded::testing {
 constexpr LONG kPluginTag = 1029001;  // registered by the test module below
 constexpr LONG kRecordingHook = 1029002;
 
-class SceneComparer {
- public:
-  // Empty when equal, else the first difference.
-  std::string compare(const DocumentNode& a, const DocumentNode& b) {
-    number(a, placesA_);
-    number(b, placesB_);
-    const DocumentSettings& x = a.settings;
-    const DocumentSettings& y = b.settings;
-    check(x.fps == y.fps, "fps");
-    time(x.time, y.time, "time");
-    time(x.minTime, y.minTime, "minTime");
-    time(x.maxTime, y.maxTime, "maxTime");
-    time(x.loopMinTime, y.loopMinTime, "loopMinTime");
-    time(x.loopMaxTime, y.loopMaxTime, "loopMaxTime");
-    data(a.data, b.data, "document data");
-    list(a.children.first, b.children.first, "objects");
-    return diff_;
-  }
-
- private:
-  using Places = std::unordered_map<const HostNode*, std::size_t>;
-
-  static void numberNode(const HostNode* n, Places& p) {
-    p.emplace(n, p.size());
-    for (const HostNode* t = n->tags.first; t; t = t->next) p.emplace(t, p.size());
-    for (const HostNode* t = n->tracks.first; t; t = t->next) p.emplace(t, p.size());
-    for (const HostNode* c = n->children.first; c; c = c->next) numberNode(c, p);
-  }
-  static void number(const DocumentNode& d, Places& p) {
-    for (const HostNode* n = d.children.first; n; n = n->next) numberNode(n, p);
-  }
-
-  bool check(bool ok, const std::string& what) {
-    if (!ok && diff_.empty()) diff_ = what;
-    return ok;
-  }
-  static bool same(double a, double b) {
-    return (a == b && std::signbit(a) == std::signbit(b)) || (std::isnan(a) && std::isnan(b));
-  }
-  void vec(const Vector& a, const Vector& b, const std::string& what) {
-    check(same(a.x, b.x) && same(a.y, b.y) && same(a.z, b.z), what);
-  }
-  void points(const std::vector<Vector>& a, const std::vector<Vector>& b, const std::string& what) {
-    if (check(a.size() == b.size(), what + ": point count"))
-      for (std::size_t i = 0; i < a.size(); ++i) vec(a[i], b[i], what);
-  }
-  void time(const BaseTime& a, const BaseTime& b, const std::string& what) {
-    check(same(a.GetNumerator(), b.GetNumerator()) && same(a.GetDenominator(), b.GetDenominator()), what);
-  }
-
-  void data(const BaseContainer& a, const BaseContainer& b, const std::string& what) {
-    if (!check(a.GetId() == b.GetId() && a.GetCount() == b.GetCount(), what + ": id or count")) return;
-    for (LONG i = 0; i < a.GetCount(); ++i) {
-      const std::string w = what + " entry " + std::to_string(a.GetIndexId(i));
-      if (!check(a.GetIndexId(i) == b.GetIndexId(i), w + ": id")) return;
-      const GeData& x = *a.GetIndexData(i);
-      const GeData& y = *b.GetIndexData(i);
-      if (!check(x.GetType() == y.GetType(), w + ": type")) return;
-      switch (x.GetType()) {
-        case DA_REAL: check(same(x.GetReal(), y.GetReal()), w); break;
-        case DA_LREAL: check(same(x.GetLReal(), y.GetLReal()), w); break;
-        case DA_VECTOR: vec(x.GetVector(), y.GetVector(), w); break;
-        case DA_MATRIX: {
-          const Matrix m = x.GetMatrix(), n = y.GetMatrix();
-          points({m.off, m.v1, m.v2, m.v3}, {n.off, n.v1, n.v2, n.v3}, w);
-          break;
-        }
-        case DA_TIME: time(x.GetTime(), y.GetTime(), w); break;
-        case DA_ALIASLINK: {
-          BaseLink* la = x.GetBaseLink();
-          BaseLink* lb = y.GetBaseLink();
-          const HostNode* na = la ? nodeOf(la->ForceGetLink()) : nullptr;
-          const HostNode* nb = lb ? nodeOf(lb->ForceGetLink()) : nullptr;
-          const auto pa = na ? placesA_.find(na) : placesA_.end();
-          const auto pb = nb ? placesB_.find(nb) : placesB_.end();
-          const long ia = pa == placesA_.end() ? -1 : long(pa->second);
-          const long ib = pb == placesB_.end() ? -1 : long(pb->second);
-          check(ia == ib, w + ": link to " + std::to_string(ia) + " vs " + std::to_string(ib));
-          break;
-        }
-        default: check(x == y, w);
-      }
-    }
-  }
-
-  void list(const HostNode* a, const HostNode* b, const std::string& what) {
-    std::size_t i = 0;
-    for (; a && b; a = a->next, b = b->next, ++i) node(*a, *b, what + "[" + std::to_string(i) + "]");
-    check(!a && !b, what + ": count differs at " + std::to_string(i));
-  }
-
-  void node(const HostNode& a, const HostNode& b, const std::string& w) {
-    if (!check(a.kind == b.kind && a.type == b.type, w + ": kind or type")) return;
-    check(a.name.ToStd() == b.name.ToStd(), w + ": name");
-    check(a.selected == b.selected, w + ": selected");
-    data(a.data, b.data, w + " data");
-    if (auto* oa = dynamic_cast<const ObjectNode*>(&a)) {
-      const ObjectState& x = oa->state;
-      const ObjectState& y = dynamic_cast<const ObjectNode&>(b).state;
-      vec(x.pos, y.pos, w + ": pos");
-      vec(x.rot, y.rot, w + ": rot");
-      vec(x.scale, y.scale, w + ": scale");
-      check(x.editorMode == y.editorMode && x.renderMode == y.renderMode, w + ": modes");
-      check(x.color.usecolor == y.color.usecolor && x.color.xray == y.color.xray, w + ": colour");
-      vec(x.color.color, y.color.color, w + ": colour");
-    }
-    if (auto* pa = dynamic_cast<const PolygonNode*>(&a)) {
-      auto& pb = dynamic_cast<const PolygonNode&>(b);
-      check(pa->polygons == pb.polygons, w + ": polygons");
-      points(pa->points, pb.points, w + ": point");
-    }
-    if (auto* sa = dynamic_cast<const SplineNode*>(&a)) {
-      auto& sb = dynamic_cast<const SplineNode&>(b);
-      check(sa->closed == sb.closed && sa->segments.size() == sb.segments.size(), w + ": spline");
-      for (std::size_t i = 0; i < sa->segments.size() && i < sb.segments.size(); ++i)
-        check(sa->segments[i].cnt == sb.segments[i].cnt && sa->segments[i].closed == sb.segments[i].closed,
-              w + ": segment");
-      points(sa->points, sb.points, w + ": point");
-    }
-    if (auto* ua = dynamic_cast<const UVWTagNode*>(&a)) {
-      auto& ub = dynamic_cast<const UVWTagNode&>(b);
-      check(ua->entries == ub.entries, w + ": uvw");
-    }
-    if (auto* qa = dynamic_cast<const OpaqueTagNode*>(&a)) {
-      auto* qb = dynamic_cast<const OpaqueTagNode*>(&b);
-      check(qb && qa->record == qb->record, w + ": opaque record");
-    }
-    if (auto* ta = dynamic_cast<const TrackNode*>(&a)) {
-      auto& tb = dynamic_cast<const TrackNode&>(b);
-      bool idSame = ta->descId.GetDepth() == tb.descId.GetDepth();
-      for (LONG i = 0; idSame && i < ta->descId.GetDepth(); ++i)
-        idSame = ta->descId[i].id == tb.descId[i].id && ta->descId[i].dtype == tb.descId[i].dtype &&
-                 ta->descId[i].creator == tb.descId[i].creator;
-      check(idSame, w + ": track id");
-      if (check(ta->curve.keys.size() == tb.curve.keys.size(), w + ": key count"))
-        for (std::size_t i = 0; i < ta->curve.keys.size(); ++i) {
-          const KeyImpl& x = *ta->curve.keys[i];
-          const KeyImpl& y = *tb.curve.keys[i];
-          time(x.time, y.time, w + ": key time");
-          check(same(x.value, y.value) && x.interpolation == y.interpolation, w + ": key");
-        }
-    }
-    list(a.tags.first, b.tags.first, w + ".tags");
-    list(a.tracks.first, b.tracks.first, w + ".tracks");
-    list(a.children.first, b.children.first, w + ".children");
-  }
-
-  Places placesA_, placesB_;
-  std::string diff_;
-};
-
-inline std::string compareScenes(BaseDocument* a, BaseDocument* b) {
-  auto* da = dynamic_cast<DocumentNode*>(nodeOf(a));
-  auto* db = dynamic_cast<DocumentNode*>(nodeOf(b));
-  if (!da || !db) return "not documents";
-  return SceneComparer().compare(*da, *db);
-}
+// The whole scene as text with nodes numbered by place (a loaded scene has new
+// nodes); EXPECT_EQ on two of them shows where scenes differ.
+inline std::string sceneText(BaseDocument* doc) { return dumpTreeByPlace(nodeOf(doc)); }
 
 // Fills a document with a random scene through the host API, as a module would.
 class RandomScene {
