@@ -25,7 +25,7 @@
 #include "message_box.h"
 #include "message_pump.h"
 #include "platform.h"
-#include "registry_file_platform.h"
+#include "registry_overlay.h"
 #include "session.h"
 
 namespace fs = std::filesystem;
@@ -128,23 +128,22 @@ int main(int argc, char** argv) {
         }
     }
 
-    std::unique_ptr<hostsim::RegistryFilePlatform> registryPlatform;
+    // The registry file answers the module's registry calls; everything else stays the system's.
+    std::unique_ptr<tvr::platform::RegistryOverlayPlatform> registryPlatform;
     if (!options.registry.empty()) {
         std::ifstream in(options.registry, std::ios::binary);
         if (!in) {
             std::cerr << "hostsim: cannot read " << options.registry << "\n";
             return 2;
         }
-#if defined(_WIN32)
         std::ostringstream text;
         text << in.rdbuf();
-        registryPlatform = std::make_unique<hostsim::RegistryFilePlatform>(
-            tvr::platform::platform(), hostsim::RegistryFilePlatform::parse(text.str()));
+        registryPlatform = tvr::platform::RegistryOverlayPlatform::fromText(tvr::platform::platform(), text.str());
+        if (!registryPlatform) {
+            std::cerr << "hostsim: " << options.registry << " is not a REGEDIT4 file\n";
+            return 2;
+        }
         tvr::platform::setPlatform(registryPlatform.get());
-#else
-        // The emulated registry reads this file at every key it opens.
-        setenv("PLR_REGISTRY_FILE", options.registry.c_str(), 1);
-#endif
     }
     tvr::platform::setMessageBoxSink(&printMessageBox);
 

@@ -9,7 +9,7 @@
 #include "embedded_host.h"
 #include "message_pump.h"
 #include "plugin/plugin_main.h"
-#include "registry_file_platform.h"
+#include "registry_overlay.h"
 #include "stats.h"
 #include "util/log.h"
 #include "util/mesh.h"
@@ -73,8 +73,9 @@ TEST(AdaptorAttach, CommandAttachesTheSampleCoreWhoseTimerRunsUntilTheModuleEnds
     pf::Platform& system = pf::platform();
     const std::string regedit = std::string("REGEDIT4\n[HKEY_LOCAL_MACHINE\\SOFTWARE\\Wow6432Node\\Tavrelo]\n\"path\"=\"") +
                                 PLR_TEST_ROOT + "\"\n";
-    hostsim::RegistryFilePlatform registry(system, hostsim::RegistryFilePlatform::parse(regedit));
-    pf::setPlatform(&registry);
+    auto registry = pf::RegistryOverlayPlatform::fromText(system, regedit);
+    ASSERT_NE(registry, nullptr);
+    pf::setPlatform(registry.get());
     // Held open here too, so its counters outlive the module's own release of it.
     std::string corePath = std::string(PLR_TEST_ROOT) + "\\pelloran\\data\\core\\win\\x64\\core.dll";
     pf::ModuleHandle core = system.loadLibrary(corePath.c_str());
