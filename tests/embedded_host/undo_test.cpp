@@ -7,12 +7,7 @@
 namespace tvr::plr::embedded::testing {
 namespace {
 
-using V = std::vector<std::string>;
-
-class UndoTest : public HostTest {
- protected:
-  std::string scene() { return host.dump(doc); }
-};
+using UndoTest = HostTest;
 
 TEST_F(UndoTest, GroupBringsBackTheSameObjectsLinksAndSelection) {
   BaseObject* p = add("p");
@@ -20,7 +15,7 @@ TEST_F(UndoTest, GroupBringsBackTheSameObjectsLinksAndSelection) {
   BaseObject* m = add("m", p, k);
   BaseLink* toK = BaseLink::Alloc();
   toK->SetLink(k);
-  const std::string before = scene();
+  const std::string before = host.dump(doc);
 
   doc->StartUndo();
   doc->AddUndo(UNDO_DELETE, k);
@@ -34,11 +29,11 @@ TEST_F(UndoTest, GroupBringsBackTheSameObjectsLinksAndSelection) {
   doc->AddUndo(UNDO_CHANGE_SELECTION, m);
   doc->SetActiveObject(m, SELECTION_NEW);
   doc->EndUndo();
-  const std::string after = scene();
+  const std::string after = host.dump(doc);
   EXPECT_EQ(toK->ForceGetLink(), nullptr);
 
   EXPECT_TRUE(host.undo());
-  EXPECT_EQ(scene(), before);
+  EXPECT_EQ(host.dump(doc), before);
   EXPECT_EQ(m->GetUp(), p);  // the same object, not a copy
   EXPECT_EQ(doc->GetActiveObject(), nullptr);
   // The freed object is back where it was, and links to it resolve again.
@@ -47,7 +42,7 @@ TEST_F(UndoTest, GroupBringsBackTheSameObjectsLinksAndSelection) {
   EXPECT_EQ(back->GetName().ToStd(), "k");
   EXPECT_FALSE(host.undo());  // nothing older
   EXPECT_TRUE(host.redo());
-  EXPECT_EQ(scene(), after);
+  EXPECT_EQ(host.dump(doc), after);
   EXPECT_EQ(doc->GetActiveObject(), m);
   BaseLink::Free(toK);
 }
@@ -62,7 +57,7 @@ TEST_F(UndoTest, SmallChangeLeavesTagsTracksAndChildrenAlone) {
   doc->EndUndo();
   host.undo();
   EXPECT_EQ(a->GetName().ToStd(), "a");
-  EXPECT_EQ(childNames(a), (V{"child"}));
+  EXPECT_EQ(childNames(a), (Names{"child"}));
   EXPECT_NE(a->GetFirstCTrack(), nullptr);
 
   doc->StartUndo();
@@ -75,7 +70,7 @@ TEST_F(UndoTest, SmallChangeLeavesTagsTracksAndChildrenAlone) {
   doc->EndUndo();
   host.undo();
   EXPECT_EQ(a->GetName().ToStd(), "a");
-  EXPECT_EQ(childNames(a), (V{"second", "child"}));  // children were not recorded
+  EXPECT_EQ(childNames(a), (Names{"second", "child"}));  // children were not recorded
   EXPECT_NE(a->GetFirstCTrack(), nullptr);            // the track came back
 }
 

@@ -46,8 +46,7 @@ TEST_F(GeometryObjectTest, PolygonObjectsResizeClearAndCopy) {
   EXPECT_EQ(poly->GetPointCount(), 0);
   EXPECT_EQ(poly->GetPointR(), nullptr);
   doc->EndUndo();
-  auto* copy = static_cast<PolygonObject*>(clone);
-  EXPECT_EQ(copy->GetPointR()[2], Vector(1, 2, 3));
+  EXPECT_EQ(static_cast<PolygonObject*>(clone)->GetPointR()[2], Vector(1, 2, 3));
   ASSERT_TRUE(host.undo());
   ASSERT_EQ(poly->GetPointCount(), 5);
   EXPECT_EQ(poly->GetPointR()[2], Vector(1, 2, 3));
@@ -67,7 +66,6 @@ TEST_F(GeometryObjectTest, UVWTagHoldsFourVectorsPerPolygon) {
   uvw->SetSlow(1, s);
   uvw->SetSlow(2, s);   // outside: ignored
   uvw->SetSlow(-1, s);
-  EXPECT_EQ(uvw->GetSlow(1), s);
   EXPECT_EQ(uvw->GetSlow(0), UVWStruct());
   EXPECT_EQ(uvw->GetSlow(9), UVWStruct());
   UVWStruct read;
@@ -105,6 +103,7 @@ TEST_F(GeometryObjectTest, SplineMeasuresFollowSegments) {
   expectVector(spline->GetSplinePoint(spline->UniformToNatural(0.5f), 0), 1, 1, 0);
   expectVector(spline->GetSplinePoint(0.875f, 1), 0, 0.5f, 5);  // on the closing edge
   expectVector(spline->GetSplineTangent(0.875f, 1), 0, -1, 0);
+  expectVector(spline->GetSplinePoint(1.0f, 1), 0, 0, 5);  // a closed segment ends where it began
   expectVector(spline->GetSplinePoint(0.5f, 5), 0, 0, 0);  // no such segment
 
   // Segments that claim more points than exist end where the points do.

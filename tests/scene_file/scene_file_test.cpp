@@ -77,6 +77,7 @@ struct FullScene {
     poly->SetPos(Vector(1, 0, 3));
     poly->SetRot(Vector(0.5f));
     poly->SetScale(Vector(2));
+    poly->GetPointW()[1] = Vector(1e-45f, -0.0f, 3.4028235e38f);
     poly->GetPointW()[2] = Vector(0.1f, 0.2f, 0.3f);
     poly->GetPolygonW()[0] = CPolygon(0, 1, 2);
     ObjectColorProperties color;
@@ -100,6 +101,9 @@ struct FullScene {
     doc->InsertObject(spline, poly, nullptr);
     BaseObject* camera = BaseObject::Alloc(Ocamera);
     doc->InsertObject(camera, nullptr, poly);
+    BaseObject* bareCamera = BaseObject::Alloc(Ocamera);  // a loaded copy must not gain lens defaults
+    bareCamera->GetDataInstance()->FlushAll();
+    doc->InsertObject(bareCamera, camera, nullptr);
     doc->SetActiveObject(spline, SELECTION_NEW);
     BaseContainer& bc = *poly->GetDataInstance();
     bc.SetLong(10, 1);
@@ -107,12 +111,16 @@ struct FullScene {
     bc.SetLReal(12, 0.1);
     bc.SetVector(13, Vector(1, 2, 3));
     bc.SetMatrix(14, Matrix());
-    bc.SetString(15, String(std::string("a\0b", 3)));
+    std::string bytes;
+    for (int i = 0; i < 256; ++i) bytes += char(i);
+    bc.SetString(15, String(bytes + "\xC3\xA9" "b"));
     bc.SetTime(16, BaseTime(1, 3));
     bc.SetVoid(17, nullptr);
     bc.SetData(18, GeData());
     bc.SetLink(19, spline);
     bc.SetReal(20, 0.0f);
+    bc.SetLReal(21, std::numeric_limits<double>::quiet_NaN());
+    bc.SetReal(22, -std::numeric_limits<float>::infinity());
   }
 
   BaseDocument* doc;
@@ -127,8 +135,8 @@ struct FullScene {
 };
 
 TEST_F(SceneFileTest, SceneTextNoticesEveryKindOfChange) {
-  // The round trips are only as strong as the scene text they compare: one edit of each field
-  // must show, down to the lowest bit of a number.
+  // The round trips are only as strong as the scene text they compare: a loaded copy matches exactly
+  // (NaN, -0, denormals, every byte), and one edit of each field must show, down to the lowest bit.
   FullScene::make(doc);
   const std::string path = file("base.scene");
   ASSERT_TRUE(host.saveDocument(doc, path));
@@ -155,28 +163,20 @@ TEST_F(SceneFileTest, SceneTextNoticesEveryKindOfChange) {
       {"lreal", [&](FullScene& s) { data(s).SetLReal(12, std::nextafter(0.1, 1.0)); }},
       {"vector", [&](FullScene& s) { data(s).SetVector(13, up(Vector(1, 2, 3))); }},
       {"matrix", [&](FullScene& s) { Matrix m; m.v2.x = up(0.0f); data(s).SetMatrix(14, m); }},
-      {"string byte", [&](FullScene& s) { data(s).SetString(15, String(std::string("a\0c", 3))); }},
+      {"string byte", [&](FullScene& s) { std::string t = data(s).GetString(15).ToStd(); t.back() = 'c'; data(s).SetString(15, String(t)); }},
       {"time", [&](FullScene& s) { data(s).SetTime(16, up(BaseTime(1, 3))); }},
       {"value kind", [&](FullScene& s) { data(s).SetLong(18, 0); }},
       {"link target", [&](FullScene& s) { data(s).SetLink(19, s.camera); }},
       {"entry order", [&](FullScene& s) { data(s).RemoveData(10); data(s).SetLong(10, 1); }},
-      {"camera lens",
-       [](FullScene& s) { s.camera->GetDataInstance()->SetReal(CAMERAOBJECT_FOV, up(CAMERAOBJECT_FOV_DEFAULT)); }},
+      {"camera lens", [](FullScene& s) { s.camera->GetDataInstance()->SetReal(CAMERAOBJECT_FOV, up(CAMERAOBJECT_FOV_DEFAULT)); }},
       {"points", [](FullScene& s) { s.poly->GetPointW()[2] = up(s.poly->GetPointR()[2]); }},
       {"polygons", [](FullScene& s) { s.poly->GetPolygonW()[0].d = 0; }},
       {"uvw", [](FullScene& s) { UVWStruct e = s.uvw->GetSlow(0); e.d = up(e.d); s.uvw->SetSlow(0, e); }},
       {"tag container", [](FullScene& s) { s.plugin->GetDataInstance()->SetReal(1, up(0.5f)); }},
       {"tag name", [](FullScene& s) { s.uvw->SetName("uv"); }},
-      {"tag type",
-       [](FullScene& s) {
-         s.poly->InsertTag(makeOpaqueTag(1099998, s.opaque->record), s.uvw);
-         destroyNode(s.opaque);
-       }},
+      {"tag type", [](FullScene& s) { s.poly->InsertTag(makeOpaqueTag(1099998, s.opaque->record), s.uvw); destroyNode(s.opaque); }},
       {"opaque payload", [](FullScene& s) { s.opaque->record["private"][1] = 3; }},
-      {"track id",
-       [](FullScene& s) {
-         s.track->descId = DescID(DescLevel(ID_BASEOBJECT_POSITION, DTYPE_VECTOR, 1), DescLevel(VECTOR_X, DTYPE_REAL, 0));
-       }},
+      {"track id", [](FullScene& s) { s.track->descId = DescID(DescLevel(ID_BASEOBJECT_POSITION, DTYPE_VECTOR, 1), DescLevel(VECTOR_X, DTYPE_REAL, 0)); }},
       {"key time", [](FullScene& s) { s.key->time = up(s.key->time); }},
       {"key value", [](FullScene& s) { s.key->value = up(s.key->value); }},
       {"key interpolation", [](FullScene& s) { s.key->interpolation = CINTERPOLATION_STEP; }},
@@ -204,34 +204,6 @@ TEST_F(SceneFileTest, SceneTextNoticesEveryKindOfChange) {
   }
 }
 
-TEST_F(SceneFileTest, GeometryAndTextSurviveExactly) {
-  auto* poly = PolygonObject::Alloc(4, 1);
-  poly->GetPointW()[1] = Vector(0.1f, -0.0f, 3.4028235e38f);
-  poly->GetPolygonW()[0] = CPolygon(0, 1, 2, 3);
-  doc->InsertObject(poly, nullptr, nullptr);
-  auto* uvw = static_cast<UVWTag*>(poly->MakeTag(Tuvw));
-  ASSERT_TRUE(uvw->Resize(1));
-  uvw->SetSlow(0, UVWStruct(Vector(0.25f), Vector(1e-45f), Vector(-1), Vector(0.5f, 0.75f, 0)));
-  std::string bytes;
-  for (int i = 0; i < 256; ++i) bytes += char(i);
-  bytes += "\xC3\xA9";
-  poly->GetDataInstance()->SetString(1023579, String(bytes));
-  poly->GetDataInstance()->SetLReal(2, std::numeric_limits<double>::quiet_NaN());
-  poly->GetDataInstance()->SetReal(3, -std::numeric_limits<float>::infinity());
-  BaseObject* bareCamera = BaseObject::Alloc(Ocamera);
-  bareCamera->GetDataInstance()->FlushAll();
-  doc->InsertObject(bareCamera, nullptr, nullptr);
-  auto* spline = SplineObject::Alloc(3);
-  spline->SetClosed(true);
-  doc->InsertObject(spline, poly, nullptr);
-  const std::string path = file("geometry.scene");
-  ASSERT_TRUE(host.saveDocument(doc, path));
-  BaseDocument* loaded = host.openDocument(path);
-  ASSERT_NE(loaded, nullptr);
-  // Bit for bit: the text tells NaN, -0 and denormals apart; the bare camera gets no lens defaults.
-  EXPECT_EQ(sceneText(doc), sceneText(loaded));
-}
-
 TEST_F(SceneFileTest, UnregisteredPluginTagsPassThroughUnchanged) {
   const std::string path = file("foreign.scene");
   const char* foreign = R"({"type": 1099999, "name": "Foreign", "private": {"state": [1, 2.5, "x"], "more": null},
@@ -241,11 +213,7 @@ TEST_F(SceneFileTest, UnregisteredPluginTagsPassThroughUnchanged) {
   std::string error;
   BaseDocument* loaded = host.openDocument(path, &error);
   ASSERT_NE(loaded, nullptr) << error;
-  BaseTag* first = loaded->GetFirstObject()->GetFirstTag();
-  ASSERT_NE(first, nullptr);
-  EXPECT_EQ(first->GetType(), 1099999);
-  EXPECT_EQ(first->GetName().ToStd(), "Foreign");
-  EXPECT_NE(first->GetNext()->GetNodeData(), nullptr);  // the registered one is a real plug-in tag
+  EXPECT_NE(loaded->GetFirstObject()->GetTag(1029001)->GetNodeData(), nullptr);  // the registered one is a real plug-in tag
   EXPECT_NE(host.tree(loaded).find("holder [5140] tags: 1099999 'Foreign' 1029001"), std::string::npos) << host.tree(loaded);
   // Through a clone (as undo makes) and a save, the record stays what it was.
   BaseObject* clone = loaded->GetFirstObject()->GetClone(0, nullptr);
@@ -264,7 +232,14 @@ TEST_F(SceneFileTest, BadFilesLoadNothingAndSayWhereTheyFail) {
   const std::string before = host.dump(doc);
   const std::string text = slurp(good);
   const std::string head = R"({"format": "embedded-host-scene", "version": 1, "document": {}, "objects": )";
+  // Objects nested one level past the limit; one level less still loads (below).
+  std::string deep = head, tail;
+  for (int i = 0; i <= scenefile::kMaxDepth; ++i) {
+    deep += R"([{"type": 5140, "children": )";
+    tail += "}]";
+  }
   const std::vector<std::pair<std::string, std::string>> cases{
+      {deep + "[]" + tail + "}", "objects nested deeper than 1000"},
       {text.substr(0, text.size() / 2), "not a scene file"},
       {"", "not a scene file"},
       {"[1, 2]", "top level: expected an object"},
@@ -302,16 +277,7 @@ TEST_F(SceneFileTest, BadFilesLoadNothingAndSayWhereTheyFail) {
     EXPECT_EQ(host.activeDocument(), doc);
   }
   EXPECT_EQ(host.dump(doc), before);
-  // Objects nested just below the limit still load; one more level does not.
-  std::string deep = head, tail;
-  for (int i = 0; i <= scenefile::kMaxDepth; ++i) {
-    deep += R"([{"type": 5140, "children": )";
-    tail += "}]";
-  }
-  spit(bad, deep + "[]" + tail + "}");
   std::string error;
-  EXPECT_EQ(host.openDocument(bad, &error), nullptr);
-  EXPECT_NE(error.find("objects nested deeper than 1000"), std::string::npos) << error;
   deep.erase(head.size(), std::strlen(R"([{"type": 5140, "children": )"));
   spit(bad, deep + "[]" + tail.substr(2) + "}");
   EXPECT_NE(host.openDocument(bad, &error), nullptr) << error;
@@ -385,7 +351,6 @@ TEST_F(SceneFileTest, FailedSavesLeaveTheEarlierFile) {
 
 TEST_F(SceneFileTest, PreferencesKeepTheWorldContainer) {
   BaseContainer& world = host.world();
-  EXPECT_EQ(world.GetLong(WPREF_UNITS_BASIC), UNIT_CM);
   world.SetLong(WPREF_UNITS_BASIC, UNIT_INCH);
   world.SetString(1023579, String(std::string("<state>\xff\x00</state>", 17)));
   const std::string path = file("prefs.json");
