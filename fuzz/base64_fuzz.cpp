@@ -5,34 +5,12 @@
 #include <cstdlib>
 #include <string>
 
+#include "../tests/util/base64_reference.h"
 #include "util/base64.h"
 
 namespace {
 
-const std::string kAlphabet = "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789+/";
-
-tvr::util::ByteArray slowDecode(const std::string& text) {
-    tvr::util::ByteArray out;
-    if (text.size() % 4 != 0) {
-        return out;
-    }
-    for (std::size_t i = 0; i < text.size(); i += 4) {
-        const int count = 3 - (text[i + 3] == '=') - (text[i + 2] == '=');
-        int v[4] = {0, 0, 0, 0};
-        for (int k = 0; k <= count; ++k) {
-            const std::size_t at = kAlphabet.find(text[i + static_cast<std::size_t>(k)]);
-            if (at == std::string::npos) {
-                return tvr::util::ByteArray();
-            }
-            v[k] = static_cast<int>(at);
-        }
-        const std::uint8_t bytes[3] = {static_cast<std::uint8_t>((v[0] << 2) | (v[1] >> 4)),
-                                       static_cast<std::uint8_t>((v[1] << 4) | (v[2] >> 2)),
-                                       static_cast<std::uint8_t>((v[2] << 6) | v[3])};
-        out.insert(out.end(), bytes, bytes + count);
-    }
-    return out;
-}
+using tvr::util::reference::kAlphabet;
 
 // The one spelling that encode produces for these bytes: padding only in the
 // last group and no bits set below the last byte.
@@ -54,7 +32,7 @@ bool isCanonical(const std::string& text, const tvr::util::ByteArray& decoded) {
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     const std::string text(reinterpret_cast<const char*>(data), size);
     const tvr::util::ByteArray decoded = tvr::util::Base64::decode(text);
-    if (decoded != slowDecode(text)) {
+    if (decoded != tvr::util::reference::decode(text)) {
         std::abort();
     }
     if (decoded.empty()) {

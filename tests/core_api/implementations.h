@@ -41,20 +41,15 @@ public:
         note(__func__);
         if (sink) sink->set({hostName + "_" + hostVersion, hostName, ""});
     }
-    int reservedQuery6() override { note(__func__); return 0; }
+    int reservedQuery6() override { return note(__func__); }
     // Nodes and stored state.
-    CoreNode* createCamera(CMaster*, const std::string&, CoreNode*, CNodePeer*) override {
-        note(__func__);
-        return nullptr;
-    }
+    CoreNode* createCamera(CMaster*, const std::string&, CoreNode*, CNodePeer*) override { return note(__func__); }
     CoreNode* createMeshNode(CMaster*, const std::string&, CoreNode*, const CMesh&, CNodePeer*) override {
-        note(__func__);
-        return nullptr;
+        return note(__func__);
     }
-    CoreNode* createMesh(CMaster*, const std::string&, const CMesh&) override { note(__func__); return nullptr; }
-    CoreNode* findNode(CMaster*, const std::string&) override { note(__func__); return nullptr; }
-    void storeMasterState(CMaster*) override { note(__func__); }
-    bool loadState() override { note(__func__); return false; }
+    CoreNode* createMesh(CMaster*, const std::string&, const CMesh&) override { return note(__func__); }
+    CoreNode* findNode(CMaster*, const std::string&) override { return note(__func__); }
+    void storeMasterState(CMaster*) override { note(__func__); } bool loadState() override { return note(__func__); }
     void getNodes(ReturnValue<NodeList>*) override { note(__func__); }
     void getMasterNodes(CMaster*, ReturnValue<NodeList>*) override { note(__func__); }
     void acquireNodes(const std::string&, const util::xml::Element&, ReturnValue<NodeList>*) override {
@@ -62,29 +57,23 @@ public:
     }
     void mergeFromFile(const std::string&, CMaster*) override { note(__func__); }
     // The undo bracket.
-    int beginUndo(const std::string&) override { note(__func__); return 0; }
-    int addUndo(CUndo*) override { note(__func__); return 0; }
-    int acceptUndo() override { note(__func__); return 0; }
-    int cancelUndo() override { note(__func__); return 0; }
-    bool isAcceptingUndo() override { note(__func__); return false; }
-    bool undo() override { note(__func__); return false; }
+    int beginUndo(const std::string&) override { return note(__func__); }
+    int addUndo(CUndo*) override { return note(__func__); } int acceptUndo() override { return note(__func__); }
+    int cancelUndo() override { return note(__func__); } bool isAcceptingUndo() override { return note(__func__); }
+    bool undo() override { return note(__func__); }
     // Time.
-    double getTime() override { note(__func__); return 0.0; }
-    void setTime(double) override { note(__func__); }
+    double getTime() override { return note(__func__); } void setTime(double) override { note(__func__); }
     void reservedNotify25(int) override { note(__func__); }
-    std::pair<double, double> getTimeRange() override { note(__func__); return {0.0, 0.0}; }
+    std::pair<double, double> getTimeRange() override { return note(__func__); }
     void setTimeRange(const double*) override { note(__func__); }
-    double getFrameRate() override { note(__func__); return 0.0; }
-    double getFrameDuration() override { note(__func__); return 0.0; }
-    void refreshScene() override { note(__func__); }
-    void reservedNotify31() override { note(__func__); }
-    void reservedNotify32() override { note(__func__); }
+    double getFrameRate() override { return note(__func__); }
+    double getFrameDuration() override { return note(__func__); } void refreshScene() override { note(__func__); }
+    void reservedNotify31() override { note(__func__); } void reservedNotify32() override { note(__func__); }
     // Recording.
-    int prepareDirectRecording(ReturnValue<MasterList>*) override { note(__func__); return 0; }
-    int prepareCacheRecording(void*) override { note(__func__); return 0; }
-    int stopRecording() override { note(__func__); return 0; }
-    int reservedQuery36() override { note(__func__); return 0; }
-    int getAdaptorData(ReturnValue<util::xml::Element>*) override { note(__func__); return 0; }
+    int prepareDirectRecording(ReturnValue<MasterList>*) override { return note(__func__); }
+    int prepareCacheRecording(void*) override { return note(__func__); }
+    int stopRecording() override { return note(__func__); } int reservedQuery36() override { return note(__func__); }
+    int getAdaptorData(ReturnValue<util::xml::Element>*) override { return note(__func__); }
     void reservedNotify38(int) override { note(__func__); }
 
     int version = 9201;
@@ -93,7 +82,9 @@ public:
     std::vector<std::string> calls;
 
 private:
-    void note(const char* operation) { calls.push_back(operation); }
+    // Records the call; the answer converts to the zero of any result type.
+    struct Zero { template <class T> operator T() const { return T{}; } };
+    Zero note(const char* operation) { calls.push_back(operation); return {}; }
 };
 
 // The extension operations every node and snapshot kind begins with.

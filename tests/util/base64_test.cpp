@@ -1,5 +1,7 @@
 #include "util/base64.h"
 
+#include "base64_reference.h"
+
 #include <gtest/gtest.h>
 
 #include <random>
@@ -8,26 +10,7 @@
 namespace tvr::util {
 namespace {
 
-const std::string kAlphabet = "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789+/";
-
-// Plain decoder with a linear search per character, for comparison.
-ByteArray referenceDecode(const std::string& text) {
-    ByteArray out;
-    for (std::size_t i = 0; i < text.size() && text.size() % 4 == 0; i += 4) {
-        const int count = 3 - (text[i + 3] == '=') - (text[i + 2] == '=');
-        int v[4] = {0, 0, 0, 0};
-        for (int k = 0; k <= count; ++k) {
-            const std::size_t at = kAlphabet.find(text[i + static_cast<std::size_t>(k)]);
-            if (at == std::string::npos) return ByteArray();
-            v[k] = static_cast<int>(at);
-        }
-        const std::uint8_t bytes[3] = {static_cast<std::uint8_t>((v[0] << 2) | (v[1] >> 4)),
-                                       static_cast<std::uint8_t>((v[1] << 4) | (v[2] >> 2)),
-                                       static_cast<std::uint8_t>((v[2] << 6) | v[3])};
-        out.insert(out.end(), bytes, bytes + count);
-    }
-    return out;
-}
+using reference::kAlphabet;
 
 TEST(Base64Test, KnownVectorsAndRandomRoundTrips) {
     const char* plain[] = {"", "f", "fo", "foo", "foob", "fooba", "foobar"};
@@ -46,14 +29,6 @@ TEST(Base64Test, KnownVectorsAndRandomRoundTrips) {
     }
 }
 
-TEST(Base64Test, MalformedTextDecodesToNothing) {
-    const std::string bad[] = {"Zm9vY", "Zm9vYmF", "Zm9v\nYmF", "Zm9v YmF", "AB=C", "Zm9vAB=C", "A===", "====",
-                               "Zm-v", "Zm_v", std::string("Zm\0v", 4), "Zm\xC3\xA9"};
-    for (const std::string& text : bad) {
-        EXPECT_TRUE(Base64::decode(text).empty()) << text;
-    }
-}
-
 TEST(Base64Test, GroupsStandAloneAndUnusedBitsAreIgnored) {
     EXPECT_EQ(Base64::decode("Zg==Zm9v"), ByteArray(std::string("ffoo")));
     EXPECT_EQ(Base64::decode("Zm8=Zg=="), ByteArray(std::string("fof")));
@@ -63,11 +38,13 @@ TEST(Base64Test, GroupsStandAloneAndUnusedBitsAreIgnored) {
 
 TEST(Base64Test, AgreesWithReferenceOnRandomText) {
     std::mt19937 rng(2024);
-    const std::string pool = kAlphabet + kAlphabet + "====\n -_.\x80\xff";
+    // Bad bytes, padding anywhere and lengths off a multiple of four all meet
+    // the reference's refusal.
+    const std::string pool = kAlphabet + kAlphabet + std::string("====\n -_.\x80\xff\0", 12);
     for (int i = 0; i < 20000; ++i) {
         std::string text(4 * (rng() % 6) + (i % 50 == 0 ? 1 : 0), ' ');
         for (char& c : text) c = pool[rng() % pool.size()];
-        ASSERT_EQ(Base64::decode(text), referenceDecode(text)) << text;
+        ASSERT_EQ(Base64::decode(text), reference::decode(text)) << text;
     }
 }
 

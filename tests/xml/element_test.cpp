@@ -92,8 +92,6 @@ TEST(XmlEscape, EveryByte) {
             EXPECT_EQ(out, "&#" + std::to_string(b) + ";");
         EXPECT_EQ(unescape(out), in) << b;
     }
-    EXPECT_EQ(escape("a\tb & c"), "a&#9;b &#38; c");
-    EXPECT_EQ(escape("\xE9>\"'"), "&#233;>\"'");
 }
 
 TEST(XmlEscape, UnescapeQuirks) {

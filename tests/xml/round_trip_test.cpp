@@ -84,19 +84,3 @@ TEST(XmlRoundTrip, CompactAndIndented) {
         ASSERT_EQ(back, tree) << "seed " << seed << "\n" << text << "\n" << back.toString("\n", " ", "");
     }
 }
-
-TEST(XmlRoundTrip, ShapesThatDoNotSurvive) {
-    Tag merged("m");
-    merged.addChild(Text("a"));
-    merged.addChild(Text("b"));
-    EXPECT_EQ(parse(merged.toString("", "", "")).childCount(), 1u);
-    EXPECT_EQ(parse(merged.toString("", "", "")).text(), "a b");
-
-    EXPECT_EQ(parse(TagWithData("s", "   ").toString("", "", "")).childCount(), 0u);
-    EXPECT_EQ(parse(TagWithData("s", "&#65;").toString("", "", "")).text(), "A");
-
-    Tag withComment("c");
-    withComment.addChild(Element(kComment, "note"));
-    const Element once = parse(withComment.toString("", "", ""));
-    EXPECT_EQ(once.childAt(0)->name(), "-- note-- ");
-}

@@ -1,0 +1,33 @@
+// Plain base64 decoder with a linear search per character, shared by the unit
+// test and the fuzzer as the comparison for the fast table-driven decoder.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <string>
+
+#include "util/base64.h"
+
+namespace tvr::util::reference {
+
+inline const std::string kAlphabet = "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789+/";
+
+inline ByteArray decode(const std::string& text) {
+    ByteArray out;
+    for (std::size_t i = 0; i < text.size() && text.size() % 4 == 0; i += 4) {
+        const int count = 3 - (text[i + 3] == '=') - (text[i + 2] == '=');
+        int v[4] = {0, 0, 0, 0};
+        for (int k = 0; k <= count; ++k) {
+            const std::size_t at = kAlphabet.find(text[i + static_cast<std::size_t>(k)]);
+            if (at == std::string::npos) return ByteArray();
+            v[k] = static_cast<int>(at);
+        }
+        const std::uint8_t bytes[3] = {static_cast<std::uint8_t>((v[0] << 2) | (v[1] >> 4)),
+                                       static_cast<std::uint8_t>((v[1] << 4) | (v[2] >> 2)),
+                                       static_cast<std::uint8_t>((v[2] << 6) | v[3])};
+        out.insert(out.end(), bytes, bytes + count);
+    }
+    return out;
+}
+
+}  // namespace tvr::util::reference
