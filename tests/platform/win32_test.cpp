@@ -39,11 +39,8 @@ TEST(Win32Platform, HiddenWindowReceivesItsTimerUntilDestroyed) {
     using test::TimerLog;
     TimerLog::reset();
     Platform& p = systemPlatform();
-    ModuleHandle program = p.getModuleHandle(nullptr);
-    ASSERT_NE(p.registerClass("PLRTestRunLoopWindow", &TimerLog::proc), 0);
-    WindowHandle w = p.createWindowEx(0, "PLRTestRunLoopWindow", "", 0, 0, 0, 0, 0, nullptr, nullptr, program, nullptr);
-    ASSERT_NE(w, nullptr) << "no window (is wine's graphics driver set?), error " << p.getLastError();
-    ASSERT_NE(p.setTimer(w, 1, 40, nullptr), 0u);
+    WindowHandle w = test::timerWindow("PLRTestRunLoopWindow", &TimerLog::proc);
+    ASSERT_NE(w, nullptr) << "no window or timer (is wine's graphics driver set?), error " << p.getLastError();
 
     auto pumpUntil = [](int timers, DWORD ms) {
         for (DWORD start = GetTickCount(); TimerLog::timers < timers && GetTickCount() - start < ms; Sleep(5))
@@ -58,7 +55,7 @@ TEST(Win32Platform, HiddenWindowReceivesItsTimerUntilDestroyed) {
     int seen = TimerLog::timers;
     pumpUntil(seen + 1, 200);
     EXPECT_EQ(TimerLog::timers, seen);
-    EXPECT_TRUE(p.unregisterClass("PLRTestRunLoopWindow", program));
+    EXPECT_TRUE(p.unregisterClass("PLRTestRunLoopWindow", p.getModuleHandle(nullptr)));
 }
 
 TEST(Win32Platform, UnattendedEnvironmentTurnsBoxesIntoRecords) {
