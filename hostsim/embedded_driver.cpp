@@ -3,6 +3,8 @@
 #include <cmath>
 #include <vector>
 
+#include "platform.h"
+
 namespace hostsim {
 
 std::string EmbeddedDriver::newDocument() {
@@ -72,6 +74,31 @@ std::string EmbeddedDriver::printConsole(std::ostream& out) {
 std::string EmbeddedDriver::printJournal(std::ostream& out) {
     out << "== journal (" << host_.journal().size() << " entries)\n";
     for (const tvr::plr::embedded::JournalEntry& e : host_.journal().entries()) out << e.kind << " " << e.text << "\n";
+    return "";
+}
+
+}  // namespace hostsim
+
+namespace hostsim {
+
+namespace {
+// The sample core's own export (not part of the core contract).
+using CoreCommandFn = int (*)(const char* line, const char** answer);
+}  // namespace
+
+std::string EmbeddedDriver::coreCommand(const std::string& line, std::ostream& out) {
+    // The core is whatever library the module loaded under that name.
+    tvr::platform::Platform& os = tvr::platform::platform();
+    tvr::platform::ModuleHandle core = os.getModuleHandle("core.dll");
+    if (!core) return "the core is not loaded (run: command 1023575)";
+    auto* fn = reinterpret_cast<CoreCommandFn>(os.getProcAddress(core, "plr_sample_core_command"));
+    if (!fn) return "the loaded core has no command channel";
+    const char* answer = nullptr;
+    const int ok = fn(line.c_str(), &answer);
+    const std::string text = answer ? answer : "";
+    if (!ok) return text.empty() ? "the core refused the line" : text;
+    out << text;
+    if (!text.empty() && text.back() != '\n') out << "\n";
     return "";
 }
 

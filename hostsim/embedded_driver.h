@@ -26,6 +26,7 @@ public:
     std::string printTree(std::ostream& out) override;
     std::string printConsole(std::ostream& out) override;
     std::string printJournal(std::ostream& out) override;
+    std::string coreCommand(const std::string& line, std::ostream& out) override;
 
 private:
     tvr::plr::embedded::EmbeddedHost& host_;

@@ -25,6 +25,8 @@ public:
     virtual std::string printTree(std::ostream& out) = 0;
     virtual std::string printConsole(std::ostream& out) = 0;
     virtual std::string printJournal(std::ostream& out) = 0;
+    // Hands one line to the sample core's command channel and prints its answer.
+    virtual std::string coreCommand(const std::string& line, std::ostream& out) = 0;
 };
 
 }  // namespace hostsim

@@ -37,7 +37,8 @@ constexpr const char* kUsage =
     "Loads every module of the plug-ins folder (default: ../plugins beside hostsim),\n"
     "then plays SCRIPT, or reads commands from the input when none is given:\n"
     "  new | open FILE | save FILE | close | activate N | command ID | run SECONDS\n"
-    "  undo | redo | tree | console | journal | quit        (# starts a comment)\n";
+    "  undo | redo | tree | console | journal | quit        (# starts a comment)\n"
+    "  core LINE    hands LINE to the loaded core's command channel (core help lists its verbs)\n";
 
 #if defined(_WIN32)
 constexpr const char* kModuleSuffix = ".cdl64";

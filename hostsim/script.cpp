@@ -12,7 +12,7 @@ namespace {
 struct VerbInfo {
     const char* name;
     Verb verb;
-    enum { None, Text, Integer, Seconds } argument;
+    enum { None, Text, Integer, Seconds, Line } argument;
 };
 
 constexpr VerbInfo kVerbs[] = {
@@ -22,7 +22,7 @@ constexpr VerbInfo kVerbs[] = {
     {"run", Verb::Run, VerbInfo::Seconds},       {"undo", Verb::Undo, VerbInfo::None},
     {"redo", Verb::Redo, VerbInfo::None},        {"tree", Verb::Tree, VerbInfo::None},
     {"console", Verb::Console, VerbInfo::None},  {"journal", Verb::Journal, VerbInfo::None},
-    {"quit", Verb::Quit, VerbInfo::None},
+    {"quit", Verb::Quit, VerbInfo::None},        {"core", Verb::Core, VerbInfo::Line},
 };
 
 // A run longer than a day of virtual time is surely a typing error.
@@ -95,6 +95,10 @@ ParseResult parseLine(const std::string& raw, int lineNumber) {
         break;
     case VerbInfo::Text:
         if (argument.empty()) result.error = word + " needs a file name";
+        command.text = argument;
+        break;
+    case VerbInfo::Line:
+        if (argument.empty()) result.error = word + " needs a line for the core (try: core help)";
         command.text = argument;
         break;
     case VerbInfo::Integer:

@@ -9,11 +9,11 @@
 
 namespace hostsim {
 
-enum class Verb { New, Open, Save, Close, Activate, Command, Run, Undo, Redo, Tree, Console, Journal, Quit };
+enum class Verb { New, Open, Save, Close, Activate, Command, Run, Undo, Redo, Tree, Console, Journal, Quit, Core };
 
 struct Command {
     Verb verb = Verb::Quit;
-    std::string text;        // file name of open and save
+    std::string text;        // file name of open and save; the line handed to the core
     std::int64_t number = 0;  // document index of activate, plug-in id of command
     double seconds = 0.0;     // run
     int line = 0;             // 1-based line in the script

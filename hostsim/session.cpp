@@ -25,6 +25,7 @@ bool Session::execute(const Command& command) {
     case Verb::Tree: error = host_.printTree(out_); break;
     case Verb::Console: error = host_.printConsole(out_); break;
     case Verb::Journal: error = host_.printJournal(out_); break;
+    case Verb::Core: error = host_.coreCommand(command.text, out_); break;
     case Verb::Quit: quit_ = true; break;
     }
     out_.flush();

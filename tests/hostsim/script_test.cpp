@@ -88,6 +88,7 @@ public:
     }
     std::string printConsole(std::ostream&) override { return answer("console"); }
     std::string printJournal(std::ostream&) override { return answer("journal"); }
+    std::string coreCommand(const std::string& line, std::ostream&) override { return answer("core " + line); }
 };
 
 TEST(Session, PlaysUntilQuitAndReportsFailuresWithTheirLine) {
@@ -95,9 +96,9 @@ TEST(Session, PlaysUntilQuitAndReportsFailuresWithTheirLine) {
     host.failing = "save";
     std::ostringstream out, err;
     Session session(host, out, err);
-    std::istringstream in("new\nsave a.json\ntree\nquit\nundo\n");
+    std::istringstream in("new\nsave a.json\ntree\ncore  select \"a b\" c \nquit\nundo\n");
     EXPECT_EQ(session.playScript(in, "s.session"), 1);
-    const std::vector<std::string> expected = {"new", "save a.json", "tree"};
+    const std::vector<std::string> expected = {"new", "save a.json", "tree", "core select \"a b\" c"};
     EXPECT_EQ(host.calls, expected);
     EXPECT_EQ(out.str(), "the tree\n");
     EXPECT_EQ(err.str(), "s.session: line 2: save: it broke\n");
