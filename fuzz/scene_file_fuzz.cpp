@@ -9,11 +9,11 @@
 #include <memory>
 #include <string>
 
-#include "document_node.h"
-#include "embedded_host.h"
-#include "host_context.h"
-#include "scene_dump.h"
-#include "scene_file.h"
+#include "embedded_host/scene/document_node.h"
+#include "embedded_host/runtime/embedded_host.h"
+#include "embedded_host/runtime/host_context.h"
+#include "embedded_host/scene/scene_dump.h"
+#include "embedded_host/files/scene_file.h"
 
 using namespace tvr::plr::embedded;
 

@@ -3,7 +3,7 @@
 
 #include <string>
 
-#include "embedded_host.h"
+#include "embedded_host/runtime/embedded_host.h"
 #include "host_driver.h"
 
 namespace hostsim {

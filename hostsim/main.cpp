@@ -21,7 +21,7 @@
 #endif
 
 #include "embedded_driver.h"
-#include "embedded_host.h"
+#include "embedded_host/runtime/embedded_host.h"
 #include "message_box.h"
 #include "message_pump.h"
 #include "platform.h"

@@ -6,7 +6,7 @@
 #include <fstream>
 #include <string>
 
-#include "embedded_host.h"
+#include "embedded_host/runtime/embedded_host.h"
 
 namespace {
 

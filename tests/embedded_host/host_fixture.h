@@ -5,7 +5,7 @@
 #include <string>
 #include <vector>
 
-#include "embedded_host.h"
+#include "embedded_host/runtime/embedded_host.h"
 
 namespace tvr::plr::embedded::testing {
 

@@ -3,8 +3,8 @@
 #include <regex>
 #include <string>
 
-#include "document_node.h"
-#include "host_context.h"
+#include "embedded_host/scene/document_node.h"
+#include "embedded_host/runtime/host_context.h"
 #include "host_fixture.h"
 
 LONG linkedTestModuleMain(LONG action, void* p1, void* p2, void* p3);

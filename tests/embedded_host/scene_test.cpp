@@ -1,6 +1,6 @@
 #include <regex>
 
-#include "host_context.h"
+#include "embedded_host/runtime/host_context.h"
 #include "host_fixture.h"
 
 namespace tvr::plr::embedded::testing {

@@ -1,7 +1,7 @@
 #include <functional>
 #include <random>
 
-#include "host_context.h"
+#include "embedded_host/runtime/host_context.h"
 #include "host_fixture.h"
 
 namespace tvr::plr::embedded::testing {

@@ -3,8 +3,8 @@
 #include <cmath>
 #include <random>
 
-#include "geometry_ray.h"
-#include "geometry_spline.h"
+#include "embedded_host/geometry/geometry_ray.h"
+#include "embedded_host/geometry/geometry_spline.h"
 
 using namespace tvr::plr::embedded::geometry;
 

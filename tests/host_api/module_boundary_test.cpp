@@ -16,7 +16,7 @@ namespace fs = std::filesystem;
 
 std::set<std::string> headerNames(const fs::path& dir) {
   std::set<std::string> names;
-  for (const auto& e : fs::directory_iterator(dir))
+  for (const auto& e : fs::recursive_directory_iterator(dir))
     if (e.path().extension() == ".h") names.insert(e.path().filename().string());
   return names;
 }

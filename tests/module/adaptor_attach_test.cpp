@@ -6,7 +6,7 @@
 #include <string>
 
 #include "adaptor/c4d_adaptor_interface.h"
-#include "embedded_host.h"
+#include "embedded_host/runtime/embedded_host.h"
 #include "message_pump.h"
 #include "plugin/plugin_main.h"
 #include "registry_overlay.h"

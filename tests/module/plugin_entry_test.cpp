@@ -5,8 +5,8 @@
 #include <string>
 #include <vector>
 
-#include "embedded_host.h"
-#include "host_context.h"
+#include "embedded_host/runtime/embedded_host.h"
+#include "embedded_host/runtime/host_context.h"
 #include "plugin/module_state.h"
 #include "plugin/plugin_main.h"
 #include "recording_platform.h"

@@ -9,13 +9,13 @@
 #include <vector>
 
 #include "../embedded_host/host_fixture.h"
-#include "document_node.h"
-#include "opaque_tag.h"
-#include "polygon_object.h"
-#include "scene_dump.h"
-#include "spline_object.h"
-#include "track_node.h"
-#include "uvw_tag.h"
+#include "embedded_host/scene/document_node.h"
+#include "embedded_host/scene/opaque_tag.h"
+#include "embedded_host/geometry/polygon_object.h"
+#include "embedded_host/scene/scene_dump.h"
+#include "embedded_host/geometry/spline_object.h"
+#include "embedded_host/scene/track_node.h"
+#include "embedded_host/geometry/uvw_tag.h"
 
 namespace tvr::plr::embedded::testing {
 

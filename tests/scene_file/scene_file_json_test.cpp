@@ -3,7 +3,7 @@
 #include <cmath>
 #include <random>
 
-#include "scene_file_json.h"
+#include "embedded_host/files/scene_file_json.h"
 
 using namespace tvr::plr::embedded::scenefile;
 

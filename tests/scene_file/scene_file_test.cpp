@@ -3,7 +3,7 @@
 #include <functional>
 #include <limits>
 
-#include "scene_file.h"
+#include "embedded_host/files/scene_file.h"
 #include "scene_file_fixture.h"
 
 #if !defined(_WIN32)

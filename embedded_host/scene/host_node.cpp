@@ -1,0 +1,426 @@
+#include "embedded_host/scene/host_node.h"
+
+#include <sstream>
+#include <utility>
+
+#include "embedded_host/scene/document_node.h"
+#include "embedded_host/runtime/host_context.h"
+#include "embedded_host/scene/scene_dump.h"
+#include "embedded_host/scene/track_node.h"
+#include "embedded_host/scene/undo_stack.h"
+
+namespace tvr::plr::embedded {
+
+HostNode::HostNode(NodeKind k, LONG t) : kind(k), type(t) {}
+
+HostNode::~HostNode() {
+  for (NodeList* list : {&children, &tags, &tracks}) {
+    HostNode* n = list->first;
+    while (n) {
+      HostNode* following = n->next;
+      n->listOwner = nullptr;
+      n->inList = ListKind::None;
+      n->prev = n->next = nullptr;
+      delete n;
+      n = following;
+    }
+    list->first = list->last = nullptr;
+  }
+  if (HostContext* c = context()) {
+    if (linkable) c->registry.dropLinkable(marker, this);
+    if (iface_) c->registry.removeAllocated(iface_);
+  }
+}
+
+void HostNode::attach(BaseList2D* iface, bool makeLinkable) {
+  iface_ = iface;
+  HostContext* c = context();
+  if (!c) return;
+  c->registry.addAllocated(iface_, this);
+  if (marker == 0) marker = c->registry.newMarker();
+  if (makeLinkable) {
+    linkable = true;
+    c->registry.setLinkable(marker, this);
+  }
+}
+
+void HostNode::copyOwnFrom(const HostNode& src) {
+  name = src.name;
+  data = src.data;
+}
+
+void HostNode::swapOwnWith(HostNode& other) {
+  std::swap(name, other.name);
+  std::swap(data, other.data);
+}
+
+void HostNode::dumpOwn(DumpOut& out) const {
+  out.key("name").text(name.ToStd());
+  out.key("data").container(data);
+}
+
+HostNode* HostNode::parentObject() const {
+  return listOwner && inList == ListKind::Children && listOwner->kind == NodeKind::Object ? listOwner : nullptr;
+}
+
+DocumentNode* HostNode::documentNode() const {
+  const HostNode* n = this;
+  while (n) {
+    if (n->kind == NodeKind::Document) return static_cast<DocumentNode*>(const_cast<HostNode*>(n));
+    if (n->kind == NodeKind::SceneHook) return static_cast<const SceneHookNode*>(n)->document;
+    n = n->listOwner;
+  }
+  return nullptr;
+}
+
+BaseDocument* HostNode::documentIface() const {
+  DocumentNode* d = documentNode();
+  return d ? static_cast<BaseDocument*>(d->iface()) : nullptr;
+}
+
+NodeList* HostNode::ownList(ListKind k) {
+  switch (k) {
+    case ListKind::Children: return &children;
+    case ListKind::Tags: return &tags;
+    case ListKind::Tracks: return &tracks;
+    default: return nullptr;
+  }
+}
+
+static NodeList* listFor(HostNode* owner, ListKind k) {
+  if (k == ListKind::Documents) {
+    HostContext* c = context();
+    return c ? &c->documents : nullptr;
+  }
+  return owner ? owner->ownList(k) : nullptr;
+}
+
+bool HostNode::isAncestorOf(const HostNode* n) const {
+  for (const HostNode* p = n; p; p = p->listOwner)
+    if (p == this) return true;
+  return false;
+}
+
+void HostNode::unlink() {
+  if (inList == ListKind::None) return;
+  NodeList* list = listFor(listOwner, inList);
+  if (list) {
+    if (prev) prev->next = next; else list->first = next;
+    if (next) next->prev = prev; else list->last = prev;
+  }
+  prev = next = nullptr;
+  listOwner = nullptr;
+  inList = ListKind::None;
+  if (ownership == Ownership::Tree) ownership = Ownership::Caller;
+}
+
+bool HostNode::insertInto(HostNode* owner, ListKind k, HostNode* pred) {
+  if (owner && isAncestorOf(owner)) return false;  // would hang the tree under itself
+  if (pred == this) pred = this->prev;
+  NodeList* list = listFor(owner, k);
+  if (!list) return false;
+  if (pred && (pred->listOwner != owner || pred->inList != k)) return false;
+  if (holder) detachFromHolder(this);
+  unlink();
+  listOwner = owner;
+  inList = k;
+  prev = pred;
+  next = pred ? pred->next : list->first;
+  if (prev) prev->next = this; else list->first = this;
+  if (next) next->prev = this; else list->last = this;
+  ownership = Ownership::Tree;
+  return true;
+}
+
+bool HostNode::insertLastInto(HostNode* owner, ListKind k) {
+  NodeList* list = listFor(owner, k);
+  if (!list) return false;
+  HostNode* pred = list->last == this ? prev : list->last;
+  return insertInto(owner, k, pred);
+}
+
+void HostNode::insertRelative(GeListNode* other, int where) {
+  HostNode* o = nodeOf(other);
+  if (!o || o == this) return;
+  if (where == 0 || where == 1) {
+    if (o->inList == ListKind::None) return;
+    HostNode* pred = where == 1 ? o : o->prev;
+    insertInto(o->listOwner, o->inList, pred);
+    return;
+  }
+  // Under: objects go to children, tags under objects, tracks under anything that has them.
+  ListKind k = ListKind::Children;
+  if (kind == NodeKind::Tag) k = ListKind::Tags;
+  if (kind == NodeKind::Track) k = ListKind::Tracks;
+  if (kind == NodeKind::Object && o->kind != NodeKind::Object && o->kind != NodeKind::Document) return;
+  if (kind == NodeKind::Tag && o->kind != NodeKind::Object) return;
+  if (kind == NodeKind::Document || kind == NodeKind::SceneHook) return;
+  if (where == 2)
+    insertInto(o, k, nullptr);
+  else
+    insertLastInto(o, k);
+}
+
+static bool componentIndex(LONG id, int& index) {
+  if (id < VECTOR_X || id > VECTOR_Z) return false;
+  index = int(id - VECTOR_X);
+  return true;
+}
+
+static Real& component(Vector& v, int i) { return i == 0 ? v.x : (i == 1 ? v.y : v.z); }
+
+bool HostNode::getParameter(const DescID& id, GeData& out) {
+  if (id.GetDepth() < 1) return false;
+  const LONG first = id[0].id;
+  if (first == ID_BASELIST_NAME && id.GetDepth() == 1) {
+    out = GeData(name);
+    return true;
+  }
+  const GeData* d = data.GetDataPointer(first);
+  if (!d) return false;
+  if (id.GetDepth() == 1) {
+    out = *d;
+    return true;
+  }
+  int i = 0;
+  if (id.GetDepth() == 2 && d->GetType() == DA_VECTOR && componentIndex(id[1].id, i)) {
+    Vector v = d->GetVector();
+    out = GeData(component(v, i));
+    return true;
+  }
+  return false;
+}
+
+bool HostNode::setParameter(const DescID& id, const GeData& value) {
+  if (id.GetDepth() < 1) return false;
+  const LONG first = id[0].id;
+  if (first == ID_BASELIST_NAME && id.GetDepth() == 1) {
+    if (value.GetType() != DA_STRING) return false;
+    name = value.GetString();
+    return true;
+  }
+  if (id.GetDepth() == 1) {
+    data.SetData(first, value);
+    return true;
+  }
+  int i = 0;
+  if (id.GetDepth() == 2 && componentIndex(id[1].id, i) && value.GetType() == DA_REAL) {
+    const GeData* d = data.GetDataPointer(first);
+    if (d && d->GetType() != DA_VECTOR) return false;
+    Vector v = d ? d->GetVector() : Vector();
+    component(v, i) = value.GetReal();
+    data.SetVector(first, v);
+    return true;
+  }
+  return false;
+}
+
+bool HostNode::message(LONG id, void* payload) {
+  if (HostContext* c = context()) {
+    std::ostringstream s;
+    s << describeNode(this) << " " << id;
+    c->journal.add(kind == NodeKind::Document ? "DocumentMessage" : "Message", s.str());
+  }
+  if (NodeData* nd = nodeData()) return nd->Message(iface(), id, payload);
+  return true;
+}
+
+bool HostNode::isInstanceOf(LONG t) const {
+  if (t == type) return true;
+  switch (kind) {
+    case NodeKind::Object: return t == Obase || (t == Opoint && (type == Opolygon || type == Ospline));
+    case NodeKind::Tag: return t == Tbase;
+    case NodeKind::Track: return t == CTbase;
+    default: return false;
+  }
+}
+
+CTrack* HostNode::firstTrack() const {
+  return tracks.first ? static_cast<CTrack*>(tracks.first->iface()) : nullptr;
+}
+
+CTrack* HostNode::findTrack(const DescID& id) const {
+  for (HostNode* n = tracks.first; n; n = n->next)
+    if (static_cast<TrackNode*>(n)->descId == id) return static_cast<CTrack*>(n->iface());
+  return nullptr;
+}
+
+static bool descLess(const DescID& a, const DescID& b) {
+  for (LONG i = 0; i < a.GetDepth() && i < b.GetDepth(); ++i)
+    if (a[i].id != b[i].id) return a[i].id < b[i].id;
+  return a.GetDepth() < b.GetDepth();
+}
+
+void HostNode::insertTrackSorted(CTrack* track) {
+  HostNode* t = nodeOf(track);
+  if (!t || t->kind != NodeKind::Track || t == this || kind == NodeKind::Track) return;
+  const DescID& id = static_cast<TrackNode*>(t)->descId;
+  HostNode* pred = nullptr;
+  for (HostNode* n = tracks.first; n; n = n->next) {
+    if (n == t) continue;
+    if (descLess(id, static_cast<TrackNode*>(n)->descId)) break;
+    pred = n;
+  }
+  t->insertInto(this, ListKind::Tracks, pred);
+}
+
+HostNode* HostNode::deepCopy(bool withTags, bool withTracks, bool withChildren, bool keepMarkers) const {
+  HostNode* copy = makeBlank();
+  if (!copy) return nullptr;
+  if (keepMarkers) {
+    // Snapshots share the identity of what they copy and are not reachable through links.
+    copy->setLinkableDeep(false);
+    copy->marker = marker;
+    copy->ownership = Ownership::Snapshot;
+  }
+  copy->copyOwnFrom(*this);
+  copy->selected = keepMarkers && selected;
+  auto copyList = [&](const NodeList& src, ListKind k, bool deep) {
+    for (HostNode* n = src.first; n; n = n->next) {
+      HostNode* c = n->deepCopy(true, true, deep, keepMarkers);
+      if (c) c->insertLastInto(copy, k);
+      if (c && keepMarkers) c->ownership = Ownership::Snapshot;
+    }
+  };
+  if (withTags) copyList(tags, ListKind::Tags, true);
+  if (withTracks) copyList(tracks, ListKind::Tracks, true);
+  if (withChildren) copyList(children, ListKind::Children, true);
+  return copy;
+}
+
+static void swapLists(HostNode& a, HostNode& b, ListKind k) {
+  NodeList* la = a.ownList(k);
+  NodeList* lb = b.ownList(k);
+  std::swap(*la, *lb);
+  for (HostNode* n = la->first; n; n = n->next) n->listOwner = &a;
+  for (HostNode* n = lb->first; n; n = n->next) n->listOwner = &b;
+}
+
+void HostNode::swapWith(HostNode& other, bool withTags, bool withTracks, bool withChildren) {
+  swapOwnWith(other);
+  std::vector<ListKind> kinds;
+  if (withTags) kinds.push_back(ListKind::Tags);
+  if (withTracks) kinds.push_back(ListKind::Tracks);
+  if (withChildren) kinds.push_back(ListKind::Children);
+  const bool thisLive = linkable;
+  const bool otherLive = other.linkable;
+  for (ListKind k : kinds) {
+    // Unregister what leaves each side first, then register what arrives, so shared markers end up
+    // naming the copy that is now live.
+    for (HostNode* n = ownList(k)->first; n; n = n->next) n->setLinkableDeep(false);
+    for (HostNode* n = other.ownList(k)->first; n; n = n->next) n->setLinkableDeep(false);
+    swapLists(*this, other, k);
+    for (HostNode* n = ownList(k)->first; n; n = n->next) {
+      n->setLinkableDeep(thisLive);
+      n->setOwnershipDeep(thisLive ? Ownership::Tree : Ownership::Snapshot);
+    }
+    for (HostNode* n = other.ownList(k)->first; n; n = n->next) {
+      n->setLinkableDeep(otherLive);
+      n->setOwnershipDeep(otherLive ? Ownership::Tree : Ownership::Snapshot);
+    }
+  }
+}
+
+void HostNode::setLinkableDeep(bool on) {
+  HostContext* c = context();
+  if (c && on != linkable) {
+    if (on)
+      c->registry.setLinkable(marker, this);
+    else
+      c->registry.dropLinkable(marker, this);
+  }
+  linkable = on;
+  for (NodeList* list : {&children, &tags, &tracks})
+    for (HostNode* n = list->first; n; n = n->next) n->setLinkableDeep(on);
+}
+
+void HostNode::setOwnershipDeep(Ownership o) {
+  ownership = o;
+  for (NodeList* list : {&children, &tags, &tracks})
+    for (HostNode* n = list->first; n; n = n->next) n->setOwnershipDeep(o == Ownership::Snapshot ? o : Ownership::Tree);
+}
+
+void destroyNode(HostNode* node) {
+  if (!node) return;
+  node->unlink();
+  if (node->holder) {
+    node->holder->adoptFreed(node);
+    return;
+  }
+  delete node;
+}
+
+std::vector<HostNode*> NodeRegistry::roots() const {
+  std::vector<HostNode*> out;
+  for (const auto& e : allocated_) {
+    HostNode* n = e.second;
+    if (n->inList == ListKind::None && !n->listOwner && !n->holder && n->ownership == Ownership::Caller &&
+        n->kind != NodeKind::SceneHook)
+      out.push_back(n);
+  }
+  return out;
+}
+
+HostNode* nodeOf(const void* p) {
+  HostContext* c = context();
+  return c && p ? c->registry.fromPointer(p) : nullptr;
+}
+
+std::string describeNode(const HostNode* n) {
+  if (!n) return "(null)";
+  const char* kind = "node";
+  switch (n->kind) {
+    case NodeKind::Object: kind = "object"; break;
+    case NodeKind::Tag: kind = "tag"; break;
+    case NodeKind::Track: kind = "track"; break;
+    case NodeKind::Document: kind = "document"; break;
+    case NodeKind::SceneHook: kind = "scenehook"; break;
+  }
+  std::ostringstream s;
+  s << kind << ":" << n->type << " '" << n->name.ToStd() << "'";
+  return s.str();
+}
+
+std::string describeData(const GeData& d) {
+  std::ostringstream s;
+  s.precision(9);
+  switch (d.GetType()) {
+    case DA_NIL: s << "nil"; break;
+    case DA_LONG: s << "L" << d.GetLong(); break;
+    case DA_REAL: s << "R" << d.GetReal(); break;
+    case DA_LREAL: s << "D" << d.GetLReal(); break;
+    case DA_VECTOR: {
+      Vector v = d.GetVector();
+      s << "V(" << v.x << "," << v.y << "," << v.z << ")";
+      break;
+    }
+    case DA_MATRIX: {
+      Matrix m = d.GetMatrix();
+      s << "M(" << m.off.x << "," << m.off.y << "," << m.off.z << ";" << m.v1.x << "," << m.v1.y << "," << m.v1.z
+        << ";" << m.v2.x << "," << m.v2.y << "," << m.v2.z << ";" << m.v3.x << "," << m.v3.y << "," << m.v3.z << ")";
+      break;
+    }
+    case DA_STRING: s << "S\"" << d.GetString().ToStd() << "\""; break;
+    case DA_TIME: s << "T" << d.GetTime().GetNumerator() << "/" << d.GetTime().GetDenominator(); break;
+    case DA_VOID: s << "P" << (d.GetVoid() ? "set" : "null"); break;
+    case DA_ALIASLINK: {
+      BaseLink* l = d.GetBaseLink();
+      HostNode* n = l ? nodeOf(l->ForceGetLink()) : nullptr;
+      s << "link:" << (n ? std::to_string(n->marker) : std::string("none"));
+      break;
+    }
+    default: s << "?"; break;
+  }
+  return s.str();
+}
+
+std::string describeDescID(const DescID& id) {
+  std::string s;
+  for (LONG i = 0; i < id.GetDepth(); ++i) {
+    if (i) s += '.';
+    s += std::to_string(id[i].id);
+  }
+  return s;
+}
+
+}  // namespace tvr::plr::embedded

@@ -1,0 +1,49 @@
+#pragma once
+// Tags: plain and plug-in tags (whose behaviour is a registered TagData), and
+// the scene-hook nodes a document keeps for each registered scene hook.
+#include "embedded_host/scene/node_impl.h"
+
+namespace tvr::plr::embedded {
+
+class TagNode : public HostNode {
+ public:
+  explicit TagNode(LONG type) : HostNode(NodeKind::Tag, type) {}
+
+  HostNode* makeBlank() const override;
+  void copyOwnFrom(const HostNode& src) override;
+  NodeData* nodeData() const override { return pluginData; }
+  void releasePluginData() override;
+  BaseObject* object() const;
+  BaseTag* cloneTag() const;
+
+  NodeData* pluginData = nullptr;  // owned; made by the plug-in's allocator
+};
+
+template <class Base = BaseTag, class Core = TagNode>
+class TagImplT : public NodeImpl<Base, Core> {
+ public:
+  using NodeImpl<Base, Core>::NodeImpl;
+  BaseObject* GetObject() override { return Core::object(); }
+  BaseTag* GetClone(LONG, AliasTrans*) override { return Core::cloneTag(); }
+};
+
+using PluginTagImpl = TagImplT<PluginTag, TagNode>;
+
+// A plug-in tag of a registered tag plug-in (null when the allocator or Init fails).
+HostNode* makePluginTag(LONG type, DataAllocator* allocator);
+
+class SceneHookNode : public HostNode {
+ public:
+  SceneHookNode(LONG type, DocumentNode* doc) : HostNode(NodeKind::SceneHook, type), document(doc) {}
+
+  HostNode* makeBlank() const override { return nullptr; }  // not copied
+  NodeData* nodeData() const override { return pluginData; }
+  void releasePluginData() override;
+
+  DocumentNode* document;
+  NodeData* pluginData = nullptr;
+};
+
+using SceneHookImpl = NodeImpl<BaseSceneHook, SceneHookNode>;
+
+}  // namespace tvr::plr::embedded

@@ -1,0 +1,149 @@
+#include "embedded_host/scene/track_node.h"
+
+#include <algorithm>
+
+#include "embedded_host/runtime/host_context.h"
+#include "embedded_host/scene/scene_dump.h"
+
+namespace tvr::plr::embedded {
+
+void KeyImpl::SetTime(CCurve*, const BaseTime& t) {
+  time = t;
+  if (curve) curve->resort();
+}
+
+CKey* CurveImpl::GetKey(LONG index) {
+  return index >= 0 && size_t(index) < keys.size() ? keys[size_t(index)].get() : nullptr;
+}
+
+CKey* CurveImpl::AddKey(const BaseTime& time, LONG* nidx) {
+  size_t i = 0;
+  while (i < keys.size() && keys[i]->time < time) ++i;
+  if (i < keys.size() && keys[i]->time == time) {
+    if (nidx) *nidx = LONG(i);
+    return keys[i].get();
+  }
+  auto key = std::make_unique<KeyImpl>();
+  key->time = time;
+  key->value = valueAt(time.Get());
+  key->curve = this;
+  KeyImpl* raw = key.get();
+  keys.insert(keys.begin() + std::ptrdiff_t(i), std::move(key));
+  if (nidx) *nidx = LONG(i);
+  return raw;
+}
+
+CKey* CurveImpl::FindKey(const BaseTime& time, LONG* idx, LONG match) {
+  long found = -1;
+  for (size_t i = 0; i < keys.size(); ++i) {
+    const BaseTime& k = keys[i]->time;
+    if (k == time) {
+      found = long(i);
+      break;
+    }
+    if (match == FINDANIM_LEFT && k < time) found = long(i);
+    if (match == FINDANIM_RIGHT && k > time) {
+      found = long(i);
+      break;
+    }
+  }
+  if (found < 0) return nullptr;
+  if (idx) *idx = LONG(found);
+  return keys[size_t(found)].get();
+}
+
+Bool CurveImpl::DelKey(LONG index) {
+  if (index < 0 || size_t(index) >= keys.size()) return false;
+  keys.erase(keys.begin() + index);
+  return true;
+}
+
+CTrack* CurveImpl::GetTrack() { return track ? static_cast<CTrack*>(track->iface()) : nullptr; }
+
+void CurveImpl::resort() {
+  std::stable_sort(keys.begin(), keys.end(), [](const auto& a, const auto& b) { return a->time < b->time; });
+}
+
+// Slope towards the neighbours; flat at either end.
+static double tangentAt(const std::vector<std::unique_ptr<KeyImpl>>& keys, size_t i) {
+  if (i == 0 || i + 1 >= keys.size()) return 0.0;
+  const double dt = keys[i + 1]->time.Get() - keys[i - 1]->time.Get();
+  return dt > 0 ? (double(keys[i + 1]->value) - double(keys[i - 1]->value)) / dt : 0.0;
+}
+
+Real CurveImpl::valueAt(double t) const {
+  if (keys.empty()) return 0;
+  if (t <= keys.front()->time.Get()) return keys.front()->value;
+  if (t >= keys.back()->time.Get()) return keys.back()->value;
+  size_t k = 0;
+  while (k + 1 < keys.size() && keys[k + 1]->time.Get() <= t) ++k;
+  const KeyImpl& a = *keys[k];
+  const KeyImpl& b = *keys[k + 1];
+  const double t0 = a.time.Get(), t1 = b.time.Get();
+  const double h = t1 - t0;
+  if (a.interpolation == CINTERPOLATION_STEP || h <= 0) return a.value;
+  const double s = (t - t0) / h;
+  if (a.interpolation == CINTERPOLATION_LINEAR) return Real(a.value + (double(b.value) - a.value) * s);
+  const double m0 = tangentAt(keys, k), m1 = tangentAt(keys, k + 1);
+  const double s2 = s * s, s3 = s2 * s;
+  const double h00 = 2 * s3 - 3 * s2 + 1, h10 = s3 - 2 * s2 + s, h01 = -2 * s3 + 3 * s2, h11 = s3 - s2;
+  return Real(h00 * a.value + h10 * h * m0 + h01 * b.value + h11 * h * m1);
+}
+
+void CurveImpl::copyFrom(const CurveImpl& src) {
+  keys.clear();
+  for (const auto& k : src.keys) {
+    auto key = std::make_unique<KeyImpl>();
+    key->time = k->time;
+    key->value = k->value;
+    key->interpolation = k->interpolation;
+    key->curve = this;
+    keys.push_back(std::move(key));
+  }
+}
+
+void CurveImpl::swapKeys(CurveImpl& other) {
+  std::swap(keys, other.keys);
+  for (auto& k : keys) k->curve = this;
+  for (auto& k : other.keys) k->curve = &other;
+}
+
+void TrackNode::copyOwnFrom(const HostNode& src) {
+  HostNode::copyOwnFrom(src);
+  if (src.kind != NodeKind::Track) return;
+  const auto& t = static_cast<const TrackNode&>(src);
+  descId = t.descId;
+  curve.copyFrom(t.curve);
+}
+
+void TrackNode::swapOwnWith(HostNode& other) {
+  HostNode::swapOwnWith(other);
+  if (other.kind != NodeKind::Track) return;
+  auto& t = static_cast<TrackNode&>(other);
+  std::swap(descId, t.descId);
+  curve.swapKeys(t.curve);
+}
+
+void TrackNode::dumpOwn(DumpOut& out) const {
+  HostNode::dumpOwn(out);
+  out.key("id");
+  for (LONG i = 0; i < descId.GetDepth(); ++i)
+    out << (i ? "." : "") << descId[i].id << ':' << descId[i].dtype << ':' << descId[i].creator;
+  out.key("keys") << '[';
+  for (size_t i = 0; i < curve.keys.size(); ++i) {
+    const KeyImpl& k = *curve.keys[i];
+    (i ? out << ' ' : out).time(k.time) << '=';
+    out.real(k.value) << ':' << k.interpolation;
+  }
+  out << ']';
+}
+
+HostNode* TrackNode::makeBlank() const { return makeTrack(descId); }
+
+TrackImpl* makeTrack(const DescID& id) {
+  TrackImpl* t = createNode<TrackImpl>(CTbase);
+  t->descId = id;
+  return t;
+}
+
+}  // namespace tvr::plr::embedded

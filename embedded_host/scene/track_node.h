@@ -1,0 +1,77 @@
+#pragma once
+// Animation tracks: a track on a parameter (DescID) owns one curve of keys.
+#include <memory>
+#include <vector>
+
+#include "embedded_host/scene/node_impl.h"
+
+namespace tvr::plr::embedded {
+
+class CurveImpl;
+class TrackNode;
+
+class KeyImpl : public CKey {
+ public:
+  BaseTime GetTime() const override { return time; }
+  void SetTime(CCurve* seq, const BaseTime& t) override;
+  Real GetValue() const override { return value; }
+  void SetValue(CCurve*, Real v) override { value = v; }
+  LONG GetInterpolation() const override { return interpolation; }
+  void SetInterpolation(CCurve*, LONG inter) override { interpolation = inter; }
+  ~KeyImpl() override = default;
+
+  BaseTime time;
+  Real value = 0;
+  LONG interpolation = CINTERPOLATION_SPLINE;
+  CurveImpl* curve = nullptr;
+};
+
+class CurveImpl : public CCurve {
+ public:
+  explicit CurveImpl(TrackNode* owner) : track(owner) {}
+  ~CurveImpl() override = default;
+
+  LONG GetKeyCount() const override { return LONG(keys.size()); }
+  CKey* GetKey(LONG index) override;
+  CKey* AddKey(const BaseTime& time, LONG* nidx) override;
+  CKey* FindKey(const BaseTime& time, LONG* idx, LONG match) override;
+  Bool DelKey(LONG index) override;
+  CTrack* GetTrack() override;
+  Real GetValue(const BaseTime& time, LONG fps) override { return valueAt(time.Get()); }
+
+  // The curve's value at t seconds: held outside the keys, interpolated by the left key between them.
+  Real valueAt(double t) const;
+  void resort();
+  void copyFrom(const CurveImpl& src);
+  void swapKeys(CurveImpl& other);
+
+  std::vector<std::unique_ptr<KeyImpl>> keys;
+  TrackNode* track;
+};
+
+class TrackNode : public HostNode {
+ public:
+  explicit TrackNode(LONG type) : HostNode(NodeKind::Track, type), curve(this) {}
+
+  void copyOwnFrom(const HostNode& src) override;
+  void swapOwnWith(HostNode& other) override;
+  void dumpOwn(DumpOut& out) const override;
+  HostNode* makeBlank() const override;
+  BaseList2D* owner() const { return listOwner && inList == ListKind::Tracks ? listOwner->iface() : nullptr; }
+
+  DescID descId;
+  CurveImpl curve;
+};
+
+class TrackImpl : public NodeImpl<CTrack, TrackNode> {
+ public:
+  using NodeImpl<CTrack, TrackNode>::NodeImpl;
+  DescID GetDescriptionID() const override { return descId; }
+  CCurve* GetCurve(LONG type, Bool) override { return type == CCURVE_CURVE ? &curve : nullptr; }
+  Real GetValue(BaseDocument*, const BaseTime& time, LONG) override { return curve.valueAt(time.Get()); }
+  BaseList2D* GetObject() override { return owner(); }
+};
+
+TrackImpl* makeTrack(const DescID& id);
+
+}  // namespace tvr::plr::embedded
