@@ -1,9 +1,11 @@
 #include "embedded_driver.h"
 
 #include <cmath>
+#include <fstream>
 #include <vector>
 
 #include "platform.h"
+#include "scene_picture.h"
 
 namespace hostsim {
 
@@ -99,6 +101,41 @@ std::string EmbeddedDriver::coreCommand(const std::string& line, std::ostream& o
     if (!ok) return text.empty() ? "the core refused the line" : text;
     out << text;
     if (!text.empty() && text.back() != '\n') out << "\n";
+    return "";
+}
+
+}  // namespace hostsim
+
+namespace hostsim {
+
+namespace {
+std::string writeFile(const std::string& file, const std::string& text) {
+    std::ofstream out(file, std::ios::binary | std::ios::trunc);
+    if (!out) return "cannot write " + file;
+    out << text;
+    out.close();
+    return out ? "" : "cannot write " + file;
+}
+}  // namespace
+
+std::string EmbeddedDriver::drawView(const std::string& file, std::ostream& out) {
+    BaseDocument* doc = host_.activeDocument();
+    if (!doc) return "no document is open";
+    if (std::string error = writeFile(file, drawScene(doc)); !error.empty()) return error;
+    out << "wrote " << file << "\n";
+    return "";
+}
+
+std::string EmbeddedDriver::drawCurves(const std::string& object, const std::string& file, std::ostream& out) {
+    BaseDocument* doc = host_.activeDocument();
+    if (!doc) return "no document is open";
+    BaseObject* op = findObjectByName(doc, object);
+    if (!op) return "no object named \"" + object + "\"";
+    std::string error;
+    const std::string picture = hostsim::drawCurves(doc, op, error);
+    if (picture.empty()) return error;
+    if (error = writeFile(file, picture); !error.empty()) return error;
+    out << "wrote " << file << "\n";
     return "";
 }
 

@@ -27,6 +27,9 @@ public:
     virtual std::string printJournal(std::ostream& out) = 0;
     // Hands one line to the sample core's command channel and prints its answer.
     virtual std::string coreCommand(const std::string& line, std::ostream& out) = 0;
+    // Pictures: the active document as its camera sees it, and one object's curves.
+    virtual std::string drawView(const std::string& file, std::ostream& out) = 0;
+    virtual std::string drawCurves(const std::string& object, const std::string& file, std::ostream& out) = 0;
 };
 
 }  // namespace hostsim

@@ -38,7 +38,9 @@ constexpr const char* kUsage =
     "then plays SCRIPT, or reads commands from the input when none is given:\n"
     "  new | open FILE | save FILE | close | activate N | command ID | run SECONDS\n"
     "  undo | redo | tree | console | journal | quit        (# starts a comment)\n"
-    "  core LINE    hands LINE to the loaded core's command channel (core help lists its verbs)\n";
+    "  core LINE    hands LINE to the loaded core's command channel (core help lists its verbs)\n"
+    "  view FILE.svg           draws the active document from its camera (or the front)\n"
+    "  curves NAME FILE.svg    draws an object's animation tracks and keys over the document's time\n";
 
 #if defined(_WIN32)
 constexpr const char* kModuleSuffix = ".cdl64";

@@ -12,7 +12,7 @@ namespace {
 struct VerbInfo {
     const char* name;
     Verb verb;
-    enum { None, Text, Integer, Seconds, Line } argument;
+    enum { None, Text, Integer, Seconds, Line, NameAndFile } argument;
 };
 
 constexpr VerbInfo kVerbs[] = {
@@ -23,6 +23,7 @@ constexpr VerbInfo kVerbs[] = {
     {"redo", Verb::Redo, VerbInfo::None},        {"tree", Verb::Tree, VerbInfo::None},
     {"console", Verb::Console, VerbInfo::None},  {"journal", Verb::Journal, VerbInfo::None},
     {"quit", Verb::Quit, VerbInfo::None},        {"core", Verb::Core, VerbInfo::Line},
+    {"view", Verb::View, VerbInfo::Text},        {"curves", Verb::Curves, VerbInfo::NameAndFile},
 };
 
 // A run longer than a day of virtual time is surely a typing error.
@@ -101,6 +102,15 @@ ParseResult parseLine(const std::string& raw, int lineNumber) {
         if (argument.empty()) result.error = word + " needs a line for the core (try: core help)";
         command.text = argument;
         break;
+    case VerbInfo::NameAndFile: {
+        // The file is the last word, so that an object's name may hold blanks.
+        std::size_t cut = argument.size();
+        while (cut > 0 && !isSpace(argument[cut - 1])) --cut;
+        command.text = trim(argument.substr(0, cut));
+        command.file = argument.substr(cut);
+        if (command.text.empty() || command.file.empty()) result.error = word + " needs an object name and a file name";
+        break;
+    }
     case VerbInfo::Integer:
         if (!parseInteger(argument, command.number) || command.number < 0 ||
             command.number > INT32_MAX)

@@ -9,11 +9,12 @@
 
 namespace hostsim {
 
-enum class Verb { New, Open, Save, Close, Activate, Command, Run, Undo, Redo, Tree, Console, Journal, Quit, Core };
+enum class Verb { New, Open, Save, Close, Activate, Command, Run, Undo, Redo, Tree, Console, Journal, Quit, Core, View, Curves };
 
 struct Command {
     Verb verb = Verb::Quit;
-    std::string text;        // file name of open and save; the line handed to the core
+    std::string text;        // file name of open, save and view; the line handed to the core; the object of curves
+    std::string file;        // the picture file of curves
     std::int64_t number = 0;  // document index of activate, plug-in id of command
     double seconds = 0.0;     // run
     int line = 0;             // 1-based line in the script

@@ -26,6 +26,8 @@ bool Session::execute(const Command& command) {
     case Verb::Console: error = host_.printConsole(out_); break;
     case Verb::Journal: error = host_.printJournal(out_); break;
     case Verb::Core: error = host_.coreCommand(command.text, out_); break;
+    case Verb::View: error = host_.drawView(command.text, out_); break;
+    case Verb::Curves: error = host_.drawCurves(command.text, command.file, out_); break;
     case Verb::Quit: quit_ = true; break;
     }
     out_.flush();

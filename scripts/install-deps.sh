@@ -2,7 +2,7 @@
 # Installs what the build needs from Debian's packages; skips what is there.
 # Usage: scripts/install-deps.sh [--windows]   (--windows adds mingw-w64 and wine64)
 set -euo pipefail
-pkgs=(cmake ninja-build g++ libgtest-dev libgmock-dev libbenchmark-dev nlohmann-json3-dev clang libclang-rt-14-dev)
+pkgs=(cmake ninja-build g++ libgtest-dev libgmock-dev libbenchmark-dev nlohmann-json3-dev libpugixml-dev clang libclang-rt-14-dev)
 if [[ "${1:-}" == "--windows" ]]; then
   pkgs+=(g++-mingw-w64-x86-64 wine64)
 fi

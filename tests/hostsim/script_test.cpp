@@ -54,6 +54,8 @@ TEST(Script, BadLinesAreNamedWithTheirNumber) {
         {"command 99999999999\n", "line 1: command needs a whole number, not \"99999999999\""},
         {"run -1\n", "line 1: run needs seconds between 0 and 86400, not \"-1\""},
         {"run nan\n", "line 1: run needs seconds between 0 and 86400, not \"nan\""},
+        {"curves c.svg\n", "line 1: curves needs an object name and a file name"},
+        {"core\n", "line 1: core needs a line for the core (try: core help)"},
     };
     for (const auto& c : cases) {
         std::istringstream in(c.text);
@@ -89,6 +91,10 @@ public:
     std::string printConsole(std::ostream&) override { return answer("console"); }
     std::string printJournal(std::ostream&) override { return answer("journal"); }
     std::string coreCommand(const std::string& line, std::ostream&) override { return answer("core " + line); }
+    std::string drawView(const std::string& file, std::ostream&) override { return answer("view " + file); }
+    std::string drawCurves(const std::string& object, const std::string& file, std::ostream&) override {
+        return answer("curves " + object + " | " + file);
+    }
 };
 
 TEST(Session, PlaysUntilQuitAndReportsFailuresWithTheirLine) {
@@ -96,9 +102,11 @@ TEST(Session, PlaysUntilQuitAndReportsFailuresWithTheirLine) {
     host.failing = "save";
     std::ostringstream out, err;
     Session session(host, out, err);
-    std::istringstream in("new\nsave a.json\ntree\ncore  select \"a b\" c \nquit\nundo\n");
+    std::istringstream in(
+        "new\nsave a.json\ntree\ncore  select \"a b\" c \ncurves Big Cube  c.svg\nview v.svg\nquit\nundo\n");
     EXPECT_EQ(session.playScript(in, "s.session"), 1);
-    const std::vector<std::string> expected = {"new", "save a.json", "tree", "core select \"a b\" c"};
+    const std::vector<std::string> expected = {"new",          "save a.json", "tree", "core select \"a b\" c",
+                                               "curves Big Cube | c.svg", "view v.svg"};
     EXPECT_EQ(host.calls, expected);
     EXPECT_EQ(out.str(), "the tree\n");
     EXPECT_EQ(err.str(), "s.session: line 2: save: it broke\n");
