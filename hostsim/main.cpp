@@ -26,21 +26,23 @@
 #include "message_pump.h"
 #include "platform.h"
 #include "registry_overlay.h"
+#include "script.h"
 #include "session.h"
 
 namespace fs = std::filesystem;
 
 namespace {
 
-constexpr const char* kUsage =
-    "usage: hostsim [--registry FILE] [--plugins DIR] [--real-time] [SCRIPT]\n"
-    "Loads every module of the plug-ins folder (default: ../plugins beside hostsim),\n"
-    "then plays SCRIPT, or reads commands from the input when none is given:\n"
-    "  new | open FILE | save FILE | close | activate N | command ID | run SECONDS\n"
-    "  undo | redo | tree | console | journal | quit        (# starts a comment)\n"
-    "  core LINE    hands LINE to the loaded core's command channel (core help lists its verbs)\n"
-    "  view FILE.svg           draws the active document from its camera (or the front)\n"
-    "  curves NAME FILE.svg    draws an object's animation tracks and keys over the document's time\n";
+std::string usage() {
+    return "usage: hostsim [--registry FILE] [--plugins DIR] [--real-time] [--quiet] [--trace] [SCRIPT]\n"
+           "Loads every module of the plug-ins folder (default: ../plugins beside hostsim),\n"
+           "then plays SCRIPT, or reads commands from the input when none is given.\n"
+           "  --quiet   does not echo the host's console lines and dialogs as they happen\n"
+           "  --trace   prints every host call the modules make as it happens (the journal)\n"
+           "Exit status: 0 when every command succeeded, 1 when one failed or the script is bad,\n"
+           "2 for bad arguments. Commands:\n" +
+           hostsim::helpText();
+}
 
 #if defined(_WIN32)
 constexpr const char* kModuleSuffix = ".cdl64";
@@ -57,6 +59,8 @@ struct Options {
 #else
     bool realTime = false;
 #endif
+    bool quiet = false;
+    bool trace = false;
 };
 
 fs::path programDirectory(const char* argv0) {
@@ -103,13 +107,17 @@ bool parseArguments(int argc, char** argv, Options& options) {
             (arg == "--registry" ? options.registry : options.plugins) = argv[++i];
         } else if (arg == "--real-time") {
             options.realTime = true;
+        } else if (arg == "--quiet") {
+            options.quiet = true;
+        } else if (arg == "--trace") {
+            options.trace = true;
         } else if (arg == "--help" || arg == "-h") {
-            std::cout << kUsage;
+            std::cout << usage();
             std::exit(0);
         } else if (!arg.empty() && arg[0] != '-' && options.script.empty()) {
             options.script = arg;
         } else {
-            std::cerr << "hostsim: unexpected argument \"" << arg << "\"\n" << kUsage;
+            std::cerr << "hostsim: unexpected argument \"" << arg << "\"\n" << usage();
             return false;
         }
     }
@@ -151,11 +159,16 @@ int main(int argc, char** argv) {
     tvr::platform::setMessageBoxSink(&printMessageBox);
 
     tvr::plr::embedded::HostOptions hostOptions;
-    hostOptions.echoConsole = true;
+    hostOptions.echoConsole = !options.quiet;
     int status = 0;
     {
         tvr::plr::embedded::EmbeddedHost host(hostOptions);
         host.setMessagePump([](std::uint64_t nowMs) { tvr::platform::pumpMessages(nowMs); });
+        if (options.trace) {
+            host.journal().setObserver([](const tvr::plr::embedded::JournalEntry& e) {
+                std::printf("[trace] %s%s%s\n", e.kind.c_str(), e.text.empty() ? "" : " ", e.text.c_str());
+            });
+        }
 
         const fs::path plugins =
             options.plugins.empty() ? programDirectory(argv[0]) / ".." / "plugins" : fs::path(options.plugins);

@@ -13,17 +13,27 @@ struct VerbInfo {
     const char* name;
     Verb verb;
     enum { None, Text, Integer, Seconds, Line, NameAndFile } argument;
+    const char* usage;  // the arguments and one line of what it does, for help
 };
 
 constexpr VerbInfo kVerbs[] = {
-    {"new", Verb::New, VerbInfo::None},          {"open", Verb::Open, VerbInfo::Text},
-    {"save", Verb::Save, VerbInfo::Text},        {"close", Verb::Close, VerbInfo::None},
-    {"activate", Verb::Activate, VerbInfo::Integer}, {"command", Verb::Command, VerbInfo::Integer},
-    {"run", Verb::Run, VerbInfo::Seconds},       {"undo", Verb::Undo, VerbInfo::None},
-    {"redo", Verb::Redo, VerbInfo::None},        {"tree", Verb::Tree, VerbInfo::None},
-    {"console", Verb::Console, VerbInfo::None},  {"journal", Verb::Journal, VerbInfo::None},
-    {"quit", Verb::Quit, VerbInfo::None},        {"core", Verb::Core, VerbInfo::Line},
-    {"view", Verb::View, VerbInfo::Text},        {"curves", Verb::Curves, VerbInfo::NameAndFile},
+    {"new", Verb::New, VerbInfo::None, "                 makes a new document and activates it"},
+    {"open", Verb::Open, VerbInfo::Text, "FILE           opens a scene file as a new active document"},
+    {"save", Verb::Save, VerbInfo::Text, "FILE           saves the active document"},
+    {"close", Verb::Close, VerbInfo::None, "               closes the active document"},
+    {"activate", Verb::Activate, VerbInfo::Integer, "N           activates the Nth open document (from 1)"},
+    {"command", Verb::Command, VerbInfo::Integer, "ID           runs a command plug-in (1023575: the core's main window)"},
+    {"run", Verb::Run, VerbInfo::Seconds, "SECONDS         lets time pass: events, timers and the core's run loop"},
+    {"undo", Verb::Undo, VerbInfo::None, "                presses the host's undo"},
+    {"redo", Verb::Redo, VerbInfo::None, "                presses the host's redo"},
+    {"tree", Verb::Tree, VerbInfo::None, "                prints the active document's objects"},
+    {"console", Verb::Console, VerbInfo::None, "             prints the host's console"},
+    {"journal", Verb::Journal, VerbInfo::None, "             prints every host call the modules made"},
+    {"core", Verb::Core, VerbInfo::Line, "LINE            hands LINE to the core's command channel (core help lists its verbs)"},
+    {"view", Verb::View, VerbInfo::Text, "FILE.svg        draws the active document from its camera (or the front)"},
+    {"curves", Verb::Curves, VerbInfo::NameAndFile, "NAME FILE.svg draws an object's animation tracks and keys"},
+    {"help", Verb::Help, VerbInfo::None, "                lists these commands"},
+    {"quit", Verb::Quit, VerbInfo::None, "                ends the session"},
 };
 
 // A run longer than a day of virtual time is surely a typing error.
@@ -59,6 +69,12 @@ bool parseSeconds(const std::string& s, double& out) {
 
 }  // namespace
 
+std::string helpText() {
+    std::string text;
+    for (const VerbInfo& v : kVerbs) text += std::string("  ") + v.name + " " + v.usage + "\n";
+    return text + "  # starts a comment\n";
+}
+
 const char* verbName(Verb verb) {
     for (const VerbInfo& v : kVerbs) {
         if (v.verb == verb) return v.name;
@@ -66,24 +82,35 @@ const char* verbName(Verb verb) {
     return "?";
 }
 
+std::string location(int line, int column) {
+    return "line " + std::to_string(line) + ", column " + std::to_string(column);
+}
+
 ParseResult parseLine(const std::string& raw, int lineNumber) {
     ParseResult result;
     std::string line = raw;
     if (const std::size_t hash = line.find('#'); hash != std::string::npos) line.erase(hash);
+    std::size_t start = 0;
+    while (start < line.size() && isSpace(line[start])) ++start;
     line = trim(line);
     if (line.empty()) return result;
 
     std::size_t split = 0;
     while (split < line.size() && !isSpace(line[split])) ++split;
     const std::string word = line.substr(0, split);
+    std::size_t argumentAt = split;
+    while (argumentAt < line.size() && isSpace(line[argumentAt])) ++argumentAt;
     const std::string argument = trim(line.substr(split));
+    // Columns count from 1, as editors show them.
+    result.column = static_cast<int>(start + (argument.empty() ? 0 : argumentAt)) + 1;
 
     const VerbInfo* info = nullptr;
     for (const VerbInfo& v : kVerbs) {
         if (word == v.name) info = &v;
     }
     if (!info) {
-        result.error = "unknown command \"" + word + "\"";
+        result.column = static_cast<int>(start) + 1;
+        result.error = "unknown command \"" + word + "\" (help lists the commands)";
         return result;
     }
 
@@ -134,7 +161,7 @@ Script parseScript(std::istream& in) {
         ParseResult parsed = parseLine(line, number);
         if (!parsed.error.empty()) {
             script.commands.clear();
-            script.error = "line " + std::to_string(number) + ": " + parsed.error;
+            script.error = location(number, parsed.column) + ": " + parsed.error;
             return script;
         }
         if (parsed.command) script.commands.push_back(*parsed.command);

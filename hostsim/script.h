@@ -9,7 +9,7 @@
 
 namespace hostsim {
 
-enum class Verb { New, Open, Save, Close, Activate, Command, Run, Undo, Redo, Tree, Console, Journal, Quit, Core, View, Curves };
+enum class Verb { New, Open, Save, Close, Activate, Command, Run, Undo, Redo, Tree, Console, Journal, Quit, Core, View, Curves, Help };
 
 struct Command {
     Verb verb = Verb::Quit;
@@ -23,14 +23,21 @@ struct Command {
 struct ParseResult {
     std::optional<Command> command;  // empty for a blank or comment line
     std::string error;               // set when the line is not a command
+    int column = 1;                  // where the error lies, from 1
 };
+
+// "line L, column C", as errors name a place in a script.
+std::string location(int line, int column);
+
+// Every command with one line of what it does.
+std::string helpText();
 
 // Parses one line. A blank line or a comment gives neither command nor error.
 ParseResult parseLine(const std::string& line, int lineNumber);
 
 struct Script {
     std::vector<Command> commands;
-    std::string error;  // "line N: ..." for the first bad line; no commands then
+    std::string error;  // "line N, column C: ..." for the first bad line; no commands then
 };
 
 // Parses a whole script; a bad line rejects the script before anything runs.

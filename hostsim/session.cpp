@@ -28,6 +28,7 @@ bool Session::execute(const Command& command) {
     case Verb::Core: error = host_.coreCommand(command.text, out_); break;
     case Verb::View: error = host_.drawView(command.text, out_); break;
     case Verb::Curves: error = host_.drawCurves(command.text, command.file, out_); break;
+    case Verb::Help: out_ << helpText(); break;
     case Verb::Quit: quit_ = true; break;
     }
     out_.flush();
@@ -41,7 +42,7 @@ int Session::playScript(std::istream& in, const std::string& name) {
     const Script script = parseScript(in);
     if (!script.error.empty()) {
         err_ << name << ": " << script.error << "\n";
-        return 2;
+        return 1;
     }
     int status = 0;
     for (const Command& command : script.commands) {
@@ -64,7 +65,7 @@ int Session::interact(std::istream& in, bool prompt) {
         ++number;
         const ParseResult parsed = parseLine(line, number);
         if (!parsed.error.empty()) {
-            err_ << "line " << number << ": " << parsed.error << "\n";
+            err_ << location(number, parsed.column) << ": " << parsed.error << "\n";
             status = 1;
             continue;
         }

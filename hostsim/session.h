@@ -18,7 +18,7 @@ public:
     bool execute(const Command& command);
 
     // Parses the whole script first: a bad line runs nothing. Returns the exit
-    // status: 0 when every command succeeded, 1 when one failed, 2 for a bad script.
+    // status: 0 when every command succeeded, 1 when one failed or the script is bad.
     int playScript(std::istream& in, const std::string& name);
 
     // Reads commands one line at a time until quit or end of input; a bad line

@@ -2,7 +2,10 @@
 
 namespace tvr::plr::embedded {
 
-void Journal::add(std::string kind, std::string text) { entries_.push_back({std::move(kind), std::move(text)}); }
+void Journal::add(std::string kind, std::string text) {
+  entries_.push_back({std::move(kind), std::move(text)});
+  if (observer_) observer_(entries_.back());
+}
 
 std::vector<JournalEntry> Journal::find(const std::string& kind) const {
   std::vector<JournalEntry> out;

@@ -1,6 +1,7 @@
 #pragma once
 // An ordered record of what modules asked of the host, for tests and hostsim.
 #include <cstddef>
+#include <functional>
 #include <string>
 #include <vector>
 
@@ -15,6 +16,8 @@ class Journal {
  public:
   void add(std::string kind, std::string text);
   void clear() { entries_.clear(); }
+  // Told of every entry as it is added (hostsim's --trace); null stops it.
+  void setObserver(std::function<void(const JournalEntry&)> observer) { observer_ = std::move(observer); }
 
   const std::vector<JournalEntry>& entries() const { return entries_; }
   std::size_t size() const { return entries_.size(); }
@@ -26,6 +29,7 @@ class Journal {
 
  private:
   std::vector<JournalEntry> entries_;
+  std::function<void(const JournalEntry&)> observer_;
 };
 
 }  // namespace tvr::plr::embedded

@@ -46,16 +46,16 @@ TEST(Script, BadLinesAreNamedWithTheirNumber) {
         const char* text;
         const char* error;
     } cases[] = {
-        {"new\nfly away\n", "line 2: unknown command \"fly\""},
-        {"open\n", "line 1: open needs a file name"},
-        {"new doc\n", "line 1: new takes no argument"},
-        {"\n\ncommand abc\n", "line 3: command needs a whole number, not \"abc\""},
-        {"activate -1\n", "line 1: activate needs a whole number, not \"-1\""},
-        {"command 99999999999\n", "line 1: command needs a whole number, not \"99999999999\""},
-        {"run -1\n", "line 1: run needs seconds between 0 and 86400, not \"-1\""},
-        {"run nan\n", "line 1: run needs seconds between 0 and 86400, not \"nan\""},
-        {"curves c.svg\n", "line 1: curves needs an object name and a file name"},
-        {"core\n", "line 1: core needs a line for the core (try: core help)"},
+        {"new\n  fly away\n", "line 2, column 3: unknown command \"fly\" (help lists the commands)"},
+        {"open\n", "line 1, column 1: open needs a file name"},
+        {"new doc\n", "line 1, column 5: new takes no argument"},
+        {"\n\ncommand   abc\n", "line 3, column 11: command needs a whole number, not \"abc\""},
+        {"activate -1\n", "line 1, column 10: activate needs a whole number, not \"-1\""},
+        {"command 99999999999\n", "line 1, column 9: command needs a whole number, not \"99999999999\""},
+        {"run -1\n", "line 1, column 5: run needs seconds between 0 and 86400, not \"-1\""},
+        {"\trun nan\n", "line 1, column 6: run needs seconds between 0 and 86400, not \"nan\""},
+        {"curves c.svg\n", "line 1, column 8: curves needs an object name and a file name"},
+        {"core\n", "line 1, column 1: core needs a line for the core (try: core help)"},
     };
     for (const auto& c : cases) {
         std::istringstream in(c.text);
