@@ -102,34 +102,11 @@ void C4DAdaptorInterface::reservedNotify38(int) {}
 // "<name> not implemented" at error level and answers a neutral value, so
 // that a core calling one keeps running.
 
-core::CoreNode* C4DAdaptorInterface::createCamera(core::CMaster*, const std::string&, core::CoreNode*,
-                                                  core::CNodePeer*) {
-    notImplemented("createCamera");
-    return nullptr;
-}
-
-core::CoreNode* C4DAdaptorInterface::createMeshNode(core::CMaster*, const std::string&, core::CoreNode*,
-                                                    const tvr::util::CMesh&, core::CNodePeer*) {
-    notImplemented("createMeshNode");
-    return nullptr;
-}
-
-core::CoreNode* C4DAdaptorInterface::findNode(core::CMaster*, const std::string&) {
-    notImplemented("findNode");
-    return nullptr;
-}
-
 void C4DAdaptorInterface::storeMasterState(core::CMaster*) { notImplemented("storeMasterState"); }
 
 bool C4DAdaptorInterface::loadState() {
     notImplemented("loadState");
     return false;
-}
-
-void C4DAdaptorInterface::getNodes(tvr::util::ReturnValue<core::NodeList>*) { notImplemented("getNodes"); }
-
-void C4DAdaptorInterface::getMasterNodes(core::CMaster*, tvr::util::ReturnValue<core::NodeList>*) {
-    notImplemented("getMasterNodes");
 }
 
 void C4DAdaptorInterface::acquireNodes(const std::string&, const tvr::util::xml::Element&,

@@ -5,6 +5,7 @@
 #include <string>
 #include <vector>
 
+#include "adaptor/multi_document_check.h"
 #include "adaptor/stored_state_record.h"
 #include "core_api/adaptor_interface.h"
 #include "core_api/core_interface.h"
@@ -73,11 +74,21 @@ public:
 
     core::CoreInterface* getCore() const { return core; }
 
+    // The live nodes (node_operations.cpp). registerNode appends after the
+    // multi-document check; unregisterNode erases, absent or not.
+    void registerNode(CC4DNode* node);
+    void unregisterNode(CC4DNode* node);
+    // The first live node whose object is `object`; null if none.
+    CC4DNode* findNodeForObject(BaseObject* object);
+
     bool undoCancelled = false;
     std::vector<std::string> undoLevels;
     std::vector<CC4DNode*> nodes;
     std::vector<std::unique_ptr<StoredStateRecord>> storedStates;
     core::CoreInterface* core = nullptr;
+    // Set while a direct recording runs: node writes then set keys.
+    bool recording = false;
+    MultiDocumentCheck multiDocumentCheck;
     // The loaded core library; set and cleared by the loader.
     tvr::platform::ModuleHandle coreLibrary = nullptr;
 
