@@ -4,6 +4,8 @@
 #include <fstream>
 #include <vector>
 
+#include "embedded_host/scene/host_node.h"
+#include "object_inspection.h"
 #include "platform.h"
 #include "scene_picture.h"
 
@@ -136,6 +138,16 @@ std::string EmbeddedDriver::drawCurves(const std::string& object, const std::str
     if (picture.empty()) return error;
     if (error = writeFile(file, picture); !error.empty()) return error;
     out << "wrote " << file << "\n";
+    return "";
+}
+
+std::string EmbeddedDriver::inspect(const std::string& object, std::ostream& out) {
+    BaseDocument* doc = host_.activeDocument();
+    if (!doc) return "no document is open";
+    BaseObject* op = findObjectByName(doc, object);
+    if (!op) return "no object named \"" + object + "\"";
+    const tvr::plr::embedded::HostNode* node = tvr::plr::embedded::nodeOf(op);
+    out << "== inspect " << object << "\n" << describeObject(op, node && node->selected);
     return "";
 }
 

@@ -29,6 +29,7 @@ public:
     std::string coreCommand(const std::string& line, std::ostream& out) override;
     std::string drawView(const std::string& file, std::ostream& out) override;
     std::string drawCurves(const std::string& object, const std::string& file, std::ostream& out) override;
+    std::string inspect(const std::string& object, std::ostream& out) override;
 
 private:
     tvr::plr::embedded::EmbeddedHost& host_;

@@ -29,6 +29,8 @@ public:
     virtual std::string coreCommand(const std::string& line, std::ostream& out) = 0;
     // Pictures: the active document as its camera sees it, and one object's curves.
     virtual std::string drawView(const std::string& file, std::ostream& out) = 0;
+    // Prints the host side of the first object of that name in the active document.
+    virtual std::string inspect(const std::string& object, std::ostream& out) = 0;
     virtual std::string drawCurves(const std::string& object, const std::string& file, std::ostream& out) = 0;
 };
 

@@ -12,7 +12,7 @@ namespace {
 struct VerbInfo {
     const char* name;
     Verb verb;
-    enum { None, Text, Integer, Seconds, Line, NameAndFile } argument;
+    enum { None, Text, Integer, Seconds, Line, NameAndFile, Name } argument;
     const char* usage;  // the arguments and one line of what it does, for help
 };
 
@@ -32,6 +32,7 @@ constexpr VerbInfo kVerbs[] = {
     {"core", Verb::Core, VerbInfo::Line, "LINE            hands LINE to the core's command channel (core help lists its verbs)"},
     {"view", Verb::View, VerbInfo::Text, "FILE.svg        draws the active document from its camera (or the front)"},
     {"curves", Verb::Curves, VerbInfo::NameAndFile, "NAME FILE.svg draws an object's animation tracks and keys"},
+    {"inspect", Verb::Inspect, VerbInfo::Name, "NAME         prints the host side of one object: place, modes, lens, tags, tracks"},
     {"help", Verb::Help, VerbInfo::None, "                lists these commands"},
     {"quit", Verb::Quit, VerbInfo::None, "                ends the session"},
 };
@@ -123,6 +124,10 @@ ParseResult parseLine(const std::string& raw, int lineNumber) {
         break;
     case VerbInfo::Text:
         if (argument.empty()) result.error = word + " needs a file name";
+        command.text = argument;
+        break;
+    case VerbInfo::Name:
+        if (argument.empty()) result.error = word + " needs an object name";
         command.text = argument;
         break;
     case VerbInfo::Line:

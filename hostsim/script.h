@@ -9,11 +9,11 @@
 
 namespace hostsim {
 
-enum class Verb { New, Open, Save, Close, Activate, Command, Run, Undo, Redo, Tree, Console, Journal, Quit, Core, View, Curves, Help };
+enum class Verb { New, Open, Save, Close, Activate, Command, Run, Undo, Redo, Tree, Console, Journal, Quit, Core, View, Curves, Help, Inspect };
 
 struct Command {
     Verb verb = Verb::Quit;
-    std::string text;        // file name of open, save and view; the line handed to the core; the object of curves
+    std::string text;        // file name of open, save and view; the line handed to the core; the object of curves and inspect
     std::string file;        // the picture file of curves
     std::int64_t number = 0;  // document index of activate, plug-in id of command
     double seconds = 0.0;     // run

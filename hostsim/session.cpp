@@ -28,6 +28,7 @@ bool Session::execute(const Command& command) {
     case Verb::Core: error = host_.coreCommand(command.text, out_); break;
     case Verb::View: error = host_.drawView(command.text, out_); break;
     case Verb::Curves: error = host_.drawCurves(command.text, command.file, out_); break;
+    case Verb::Inspect: error = host_.inspect(command.text, out_); break;
     case Verb::Help: out_ << helpText(); break;
     case Verb::Quit: quit_ = true; break;
     }

@@ -6,6 +6,7 @@
 
 #include "core_api/adaptor_interface.h"
 #include "core_api/core_interface.h"
+#include "node_book.h"
 #include "stats.h"
 #include "util/return_value.h"
 #include "util/xml/element.h"
@@ -35,6 +36,8 @@ public:
     std::int64_t timeSlices() const { return timeSlices_; }
     const std::vector<std::string>& hostIdentifiers() const { return hostIdentifiers_; }
     const util::xml::Element& keptState() const { return kept_; }
+    AdaptorInterface* adaptor() const { return adaptor_; }
+    NodeBook& nodes() { return nodes_; }
 
 private:
     AdaptorInterface* adaptor_;
@@ -43,6 +46,8 @@ private:
     util::ReturnValue<std::vector<std::string>> identifierSink_{&hostIdentifiers_};
     std::int64_t timeSlices_ = 0;
     util::xml::Element kept_;
+    // Declared last: its nodes go back to the adaptor first when the core goes.
+    NodeBook nodes_;
 };
 
 }  // namespace tvr::plr::core::sample

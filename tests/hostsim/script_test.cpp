@@ -92,6 +92,7 @@ public:
     std::string printJournal(std::ostream&) override { return answer("journal"); }
     std::string coreCommand(const std::string& line, std::ostream&) override { return answer("core " + line); }
     std::string drawView(const std::string& file, std::ostream&) override { return answer("view " + file); }
+    std::string inspect(const std::string& object, std::ostream&) override { return answer("inspect " + object); }
     std::string drawCurves(const std::string& object, const std::string& file, std::ostream&) override {
         return answer("curves " + object + " | " + file);
     }
