@@ -1,5 +1,6 @@
-// Plain base64 decoder with a linear search per character, shared by the unit
-// test and the fuzzer as the comparison for the fast table-driven decoder.
+// Plain base64 encoder and decoder with a linear search per character, shared
+// by the unit test and the fuzzer as the comparison for the fast table-driven
+// versions.
 #pragma once
 
 #include <cstddef>
@@ -11,6 +12,18 @@
 namespace tvr::util::reference {
 
 inline const std::string kAlphabet = "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789+/";
+
+inline std::string encode(const ByteArray& bytes) {
+    std::string out;
+    for (std::size_t i = 0; i < bytes.size(); i += 3) {
+        const std::size_t n = bytes.size() - i < 3 ? bytes.size() - i : 3;
+        std::uint32_t v = 0;
+        for (std::size_t k = 0; k < 3; ++k) v = v << 8 | (k < n ? bytes[i + k] : 0u);
+        for (std::size_t k = 0; k < 4; ++k)
+            out += k <= n ? kAlphabet[(v >> (18 - 6 * k)) & 63] : '=';
+    }
+    return out;
+}
 
 inline ByteArray decode(const std::string& text) {
     ByteArray out;
