@@ -3,8 +3,11 @@
 #include <algorithm>
 #include <array>
 #include <limits>
+#include <cstring>
 #include <stdexcept>
 #include <utility>
+
+#include "util/byte_order.h"
 
 namespace tvr::plr::state {
 
@@ -33,91 +36,112 @@ void writeU32(Bytes& out, std::uint32_t v) {
     for (int k = 0; k < 4; ++k) out.push_back(static_cast<std::uint8_t>(v >> (8 * k)));
 }
 
-// The tree both sides agree on. The table is taken in its stored order: each
-// pair of neighbours i, i+1 gets an inner node, inserted after every node of
-// equal or smaller weight that follows them. The root ends up last.
+// The tree both sides agree on. The table is taken in its stored order as a
+// list: each pair of neighbours i, i+1 gets an inner node, inserted into the
+// list after every node of equal or smaller weight that follows them. Nodes
+// keep the index they were made with (leaves first, in table order); the last
+// one made is the root.
 std::vector<Node> buildTree(const std::vector<TableEntry>& table) {
     std::vector<Node> nodes;
     nodes.reserve(table.size() * 2);
+    bool sorted = true;
     for (const TableEntry& e : table) {
         Node leaf;
         leaf.weight = e.frequency;
         leaf.symbol = e.symbol;
+        sorted = sorted && (nodes.empty() || nodes.back().weight <= leaf.weight);
         nodes.push_back(leaf);
     }
-    for (std::size_t i = 0; i + 1 < nodes.size(); i += 2) {
-        const std::uint64_t w = nodes[i].weight + nodes[i + 1].weight;
-        std::size_t j = i + 2;
-        while (j < nodes.size() && nodes[j].weight <= w) ++j;
-        // Only nodes already paired can refer to positions at or after j.
-        const int shiftFrom = static_cast<int>(j);
-        for (std::size_t k = 0; k < i; ++k) {
-            Node& n = nodes[k];
-            if (n.first >= shiftFrom) ++n.first;
-            if (n.second >= shiftFrom) ++n.second;
-            if (n.parent >= shiftFrom) ++n.parent;
+    std::vector<int> list(nodes.size());
+    for (std::size_t k = 0; k < list.size(); ++k) list[k] = static_cast<int>(k);
+    auto weightOf = [&nodes](int id) { return nodes[static_cast<std::size_t>(id)].weight; };
+    for (std::size_t i = 0; i + 1 < list.size(); i += 2) {
+        const int a = list[i];
+        const int b = list[i + 1];
+        const std::uint64_t w = weightOf(a) + weightOf(b);
+        // In a list that starts in order the rest stays in order, so the first
+        // heavier node can be found by halving.
+        auto j = list.begin() + static_cast<std::ptrdiff_t>(i + 2);
+        if (sorted) {
+            j = std::upper_bound(j, list.end(), w, [&](std::uint64_t v, int id) { return v < weightOf(id); });
+        } else {
+            while (j != list.end() && weightOf(*j) <= w) ++j;
         }
         Node inner;
-        inner.first = static_cast<int>(i);
-        inner.second = static_cast<int>(i + 1);
+        inner.first = a;
+        inner.second = b;
         inner.weight = w;
-        nodes.insert(nodes.begin() + static_cast<std::ptrdiff_t>(j), inner);
-        nodes[i].parent = nodes[i + 1].parent = static_cast<int>(j);
+        const int id = static_cast<int>(nodes.size());
+        nodes.push_back(inner);
+        nodes[static_cast<std::size_t>(a)].parent = nodes[static_cast<std::size_t>(b)].parent = id;
+        list.insert(j, id);
     }
     return nodes;
 }
 
-unsigned minLeafDepth(const std::vector<Node>& nodes) {
-    unsigned best = std::numeric_limits<unsigned>::max();
-    std::vector<std::pair<int, unsigned>> work{{static_cast<int>(nodes.size()) - 1, 0u}};
-    while (!work.empty()) {
-        auto [n, depth] = work.back();
-        work.pop_back();
-        if (nodes[n].isLeaf()) {
-            best = std::min(best, depth);
-        } else {
-            work.emplace_back(nodes[n].first, depth + 1);
-            work.emplace_back(nodes[n].second, depth + 1);
-        }
-    }
-    return best;
-}
-
 // Lookup over the next kLookupBits bits: either the leaf reached within them
-// and the bits it took, or the inner node reached after all of them.
+// and the bits it took, or the inner node reached after all of them. An entry
+// holds the bits taken in its low byte, 1 in the next for a leaf, and the
+// symbol or node index in the high half.
 constexpr unsigned kLookupBits = 11;
 constexpr std::size_t kLookupSize = std::size_t{1} << kLookupBits;
+constexpr std::uint32_t kLeaf = 0x100;
 
-struct Lookup {
-    std::uint16_t value;  // symbol for a leaf, node index otherwise
-    std::uint8_t bits;
-    std::uint8_t leaf;
-};
+std::uint32_t lookupBitsOf(std::uint32_t entry) { return entry & 0xFF; }
+std::uint32_t lookupValueOf(std::uint32_t entry) { return entry >> 16; }
 
-std::vector<Lookup> buildLookup(const std::vector<Node>& nodes) {
-    std::vector<Lookup> table(kLookupSize);
+// The single-symbol lookup, filled from the tree; also answers the depth of
+// the shallowest leaf, which is always within the lookup: a tree of at most
+// 256 leaves has one at depth 8 or less.
+unsigned buildLookup(const std::vector<Node>& nodes, std::uint32_t* table) {
+    unsigned minDepth = std::numeric_limits<unsigned>::max();
     struct Item {
         int node;
         unsigned depth;
         std::uint32_t code;
     };
-    std::vector<Item> work{{static_cast<int>(nodes.size()) - 1, 0, 0}};
-    while (!work.empty()) {
-        const Item item = work.back();
-        work.pop_back();
-        const Node& n = nodes[item.node];
+    Item work[kLookupBits * 2 + 2];
+    std::size_t top = 0;
+    work[top++] = {static_cast<int>(nodes.size()) - 1, 0, 0};
+    while (top > 0) {
+        const Item item = work[--top];
+        const Node& n = nodes[static_cast<std::size_t>(item.node)];
         if (n.isLeaf()) {
-            const Lookup entry{static_cast<std::uint16_t>(n.symbol),
-                               static_cast<std::uint8_t>(item.depth), 1};
-            for (std::size_t p = item.code; p < kLookupSize; p += std::size_t{1} << item.depth)
-                table[p] = entry;
+            minDepth = std::min(minDepth, item.depth);
+            const std::uint32_t entry = static_cast<std::uint32_t>(n.symbol) << 16 | kLeaf | item.depth;
+            for (std::size_t p = item.code; p < kLookupSize; p += std::size_t{1} << item.depth) table[p] = entry;
         } else if (item.depth == kLookupBits) {
-            table[item.code] = Lookup{static_cast<std::uint16_t>(item.node),
-                                      static_cast<std::uint8_t>(kLookupBits), 0};
+            table[item.code] = static_cast<std::uint32_t>(item.node) << 16 | kLookupBits;
         } else {
-            work.push_back({n.first, item.depth + 1, item.code});
-            work.push_back({n.second, item.depth + 1, item.code | (1u << item.depth)});
+            work[top++] = {n.first, item.depth + 1, item.code};
+            work[top++] = {n.second, item.depth + 1, item.code | (1u << item.depth)};
         }
+    }
+    return minDepth;
+}
+
+// Several symbols per lookup over the next kMultiBits bits: every symbol
+// whose whole code lies within them, up to six. Byte 0 holds the bits they
+// take, byte 1 their number, bytes 2..7 the symbols. An entry with no symbols
+// stands for a code longer than the single-symbol lookup.
+constexpr unsigned kMultiBits = 12;
+constexpr std::size_t kMultiSize = std::size_t{1} << kMultiBits;
+
+std::vector<std::uint64_t> buildMultiLookup(const std::uint32_t* single) {
+    std::vector<std::uint64_t> table(kMultiSize);
+    for (std::size_t i = 0; i < kMultiSize; ++i) {
+        std::uint64_t symbols = 0;
+        unsigned used = 0;
+        unsigned count = 0;
+        while (count < 6) {
+            // The single lookup's entry for the bits left, the unknown ones taken
+            // as zeros: right as long as its code fits within the known bits.
+            const std::uint32_t e = single[(i >> used) & (kLookupSize - 1)];
+            if (!(e & kLeaf) || used + lookupBitsOf(e) > kMultiBits) break;
+            symbols |= std::uint64_t{lookupValueOf(e)} << (16 + 8 * count++);
+            used += lookupBitsOf(e);
+        }
+        table[i] = symbols | count << 8 | used;
     }
     return table;
 }
@@ -127,16 +151,18 @@ class BitReader {
 public:
     BitReader(const std::uint8_t* data, std::size_t size) : data_(data), size_(size) {}
 
+    // Whole-word refill: possible while eight bytes remain. Leaves at least 56
+    // bits. Bits above the counted ones are the next bytes at their own
+    // places, so or-ing them in again later changes nothing.
+    bool canRefillWhole() const { return pos_ + 8 <= size_; }
+    void refillWhole() {
+        buffer_ |= util::loadLittleEndian64(data_ + pos_) << count_;
+        pos_ += (63 - count_) >> 3;
+        count_ |= 56;
+    }
     void refill() {
-        if (pos_ + 8 <= size_) {
-            std::uint64_t word = 0;
-            for (int k = 0; k < 8; ++k) word |= static_cast<std::uint64_t>(data_[pos_ + k]) << (8 * k);
-            // Bits above the counted bytes are the next bytes at their own
-            // places, so or-ing them in again later changes nothing.
-            buffer_ |= word << count_;
-            const unsigned take = (63 - count_) >> 3;
-            pos_ += take;
-            count_ += take * 8;
+        if (canRefillWhole()) {
+            refillWhole();
         } else {
             while (count_ <= 56 && pos_ < size_) {
                 buffer_ |= static_cast<std::uint64_t>(data_[pos_++]) << count_;
@@ -146,10 +172,70 @@ public:
     }
     unsigned count() const { return count_; }
     std::uint64_t peek() const { return buffer_; }
+
+    // Symbols through the multi-symbol lookup, four lookups from each whole-word
+    // refill, while eight input bytes and 24 output places remain (each entry
+    // is stored as eight bytes, so `out` needs two places of room past `end`).
+    // Stops early in front of a long code. Answers the new `out`.
+    std::uint8_t* decodeMany(const std::uint64_t* multi, std::uint8_t* out, const std::uint8_t* end) {
+        // Locals, so that the loop keeps them in registers.
+        std::uint64_t buffer = buffer_;
+        unsigned count = count_;
+        std::size_t pos = pos_;
+        while (end - out >= 24 && pos + 8 <= size_) {
+            buffer |= util::loadLittleEndian64(data_ + pos) << count;
+            pos += (63 - count) >> 3;
+            count |= 56;
+            for (int k = 0; k < 4; ++k) {
+                const std::uint64_t e = multi[buffer & (kMultiSize - 1)];
+                const unsigned n = (e >> 8) & 0xFF;
+                if (n == 0) goto done;
+                const std::uint64_t symbols = e >> 16;
+                std::memcpy(out, &symbols, 8);
+                out += n;
+                // The shift takes the low six bits alone: the bits used.
+                buffer >>= (e & 63);
+                count -= static_cast<unsigned>(e & 63);
+            }
+        }
+    done:
+        buffer_ = buffer;
+        count_ = count;
+        pos_ = pos;
+        return out;
+    }
+
     void consume(unsigned n) {
         buffer_ >>= n;
         count_ -= n;
     }
+
+    // Symbols through the single-symbol lookup, five from each whole-word
+    // refill, while eight input bytes and five output places remain. Stops
+    // early in front of a long code. Answers the new `out`.
+    std::uint8_t* decodeSingles(const std::uint32_t* lookup, std::uint8_t* out, const std::uint8_t* end) {
+        std::uint64_t buffer = buffer_;
+        unsigned count = count_;
+        std::size_t pos = pos_;
+        while (end - out >= 5 && pos + 8 <= size_) {
+            buffer |= util::loadLittleEndian64(data_ + pos) << count;
+            pos += (63 - count) >> 3;
+            count |= 56;
+            for (int k = 0; k < 5; ++k) {
+                const std::uint32_t e = lookup[buffer & (kLookupSize - 1)];
+                if (!(e & kLeaf)) goto done;
+                *out++ = static_cast<std::uint8_t>(lookupValueOf(e));
+                buffer >>= lookupBitsOf(e);
+                count -= lookupBitsOf(e);
+            }
+        }
+    done:
+        buffer_ = buffer;
+        count_ = count;
+        pos_ = pos;
+        return out;
+    }
+
     // Next bit, or -1 when the input is used up.
     int next() {
         if (count_ == 0) {
@@ -171,13 +257,34 @@ private:
 
 // Walks from `node` to a leaf one bit at a time; -1 when the bits run out.
 int walk(const std::vector<Node>& nodes, int node, BitReader& bits) {
-    while (!nodes[node].isLeaf()) {
+    while (!nodes[static_cast<std::size_t>(node)].isLeaf()) {
         const int bit = bits.next();
         if (bit < 0) return -1;
-        node = bit ? nodes[node].second : nodes[node].first;
+        node = bit ? nodes[static_cast<std::size_t>(node)].second : nodes[static_cast<std::size_t>(node)].first;
     }
-    return nodes[node].symbol;
+    return nodes[static_cast<std::size_t>(node)].symbol;
 }
+
+// One symbol through the single-symbol lookup, taking care at the end of the
+// input; -1 when the bits run out.
+int decodeOne(const std::vector<Node>& nodes, const std::uint32_t* lookup, BitReader& bits) {
+    int node = static_cast<int>(nodes.size()) - 1;
+    if (bits.count() < kLookupBits) bits.refill();
+    const std::uint32_t entry = lookup[bits.peek() & (kLookupSize - 1)];
+    if ((entry & kLeaf) && lookupBitsOf(entry) <= bits.count()) {
+        bits.consume(lookupBitsOf(entry));
+        return static_cast<int>(lookupValueOf(entry));
+    }
+    // A code longer than the lookup, or the last few bits of the input.
+    if (!(entry & kLeaf) && bits.count() >= kLookupBits) {
+        node = static_cast<int>(lookupValueOf(entry));
+        bits.consume(kLookupBits);
+    }
+    return walk(nodes, node, bits);
+}
+
+// Output at least this long is worth building the multi-symbol lookup for.
+constexpr std::size_t kMultiLookupFrom = 64 << 10;
 
 }  // namespace
 
@@ -231,45 +338,54 @@ DecompressResult decompress(const std::uint8_t* data, std::size_t size,
     }
 
     const std::vector<Node> nodes = buildTree(table);
+    std::uint32_t lookup[kLookupSize];
+    const unsigned minDepth = buildLookup(nodes, lookup);
     const std::size_t availableBits = (size - tableEnd) * 8;
-    if (length > availableBits / minLeafDepth(nodes)) {
+    if (length > availableBits / minDepth) {
         result.error = "stated length " + std::to_string(length) + " cannot come from " +
                        std::to_string(availableBits) + " bits";
         return result;
     }
 
-    result.bytes.resize(length);
+    // Room for the fast path's eight-byte stores past the last symbol; taken
+    // off again at the end.
+    result.bytes.resize(length + 8);
     std::uint8_t* out = result.bytes.data();
+    std::uint8_t* const end = out + length;
     BitReader bits(data + tableEnd, size - tableEnd);
-    const int root = static_cast<int>(nodes.size()) - 1;
-
-    // The lookup takes up to kLookupBits at once; bitByBit walks the tree alone.
-    const std::vector<Lookup> lookup = options.bitByBit ? std::vector<Lookup>() : buildLookup(nodes);
-    for (std::size_t produced = 0; produced < length; ++produced) {
-        int node = root;
-        if (!lookup.empty()) {
-            if (bits.count() < kLookupBits) bits.refill();
-            const Lookup entry = lookup[bits.peek() & (kLookupSize - 1)];
-            if (entry.leaf && entry.bits <= bits.count()) {
-                out[produced] = static_cast<std::uint8_t>(entry.value);
-                bits.consume(entry.bits);
-                continue;
-            }
-            // A code longer than the lookup, or the last few bits of the input.
-            if (!entry.leaf && bits.count() >= kLookupBits) {
-                node = entry.value;
-                bits.consume(kLookupBits);
+    bool ok = true;
+    // One careful symbol, for long codes and the last few bytes of input.
+    auto one = [&]() {
+        const int symbol = options.bitByBit ? walk(nodes, static_cast<int>(nodes.size()) - 1, bits)
+                                            : decodeOne(nodes, lookup, bits);
+        ok = symbol >= 0;
+        if (ok) *out++ = static_cast<std::uint8_t>(symbol);
+    };
+    if (!options.bitByBit) {
+        if (length >= kMultiLookupFrom) {
+            const std::vector<std::uint64_t> multi = buildMultiLookup(lookup);
+            for (;;) {
+                out = bits.decodeMany(multi.data(), out, end);
+                if (end - out < 24 || !bits.canRefillWhole()) break;
+                one();
+                if (!ok) break;
             }
         }
-        const int symbol = walk(nodes, node, bits);
-        if (symbol < 0) {
-            result.error = "input ends after " + std::to_string(produced) + " of " + std::to_string(length) +
-                           " stated bytes";
-            result.bytes.clear();
-            return result;
+        while (ok) {
+            out = bits.decodeSingles(lookup, out, end);
+            if (end - out < 5 || !bits.canRefillWhole()) break;
+            one();
         }
-        out[produced] = static_cast<std::uint8_t>(symbol);
     }
+    while (ok && out != end) one();
+    if (!ok) {
+        const std::size_t produced = static_cast<std::size_t>(out - result.bytes.data());
+        result.error = "input ends after " + std::to_string(produced) + " of " + std::to_string(length) +
+                       " stated bytes";
+        result.bytes.clear();
+        return result;
+    }
+    result.bytes.resize(length);
     return result;
 }
 

@@ -3,6 +3,7 @@
 #include <random>
 
 #include "state/compressed_state.h"
+#include "compressed_state_reference.h"
 
 using namespace tvr::plr::state;
 
@@ -154,5 +155,43 @@ TEST(CompressedState, BadInputsGiveErrors) {
         Bytes bad = packed;
         bad[rng() % bad.size()] ^= static_cast<std::uint8_t>(1u << (rng() % 8));
         EXPECT_LE(decodeBothWays(bad).bytes.size(), bad.size() * 8);
+    }
+}
+
+// The fast decoder against the plain one on seeded random streams: real ones
+// (long enough for every path), cut short, with flipped bits, and made-up
+// tables in any order with random code bits.
+TEST(CompressedState, AgreesWithPlainDecoderOnRandomStreams) {
+    std::mt19937 rng(1234);
+    auto check = [](const Bytes& in) {
+        const reference::Decoded want = reference::decode(in);
+        const DecompressResult got = decompress(in);
+        ASSERT_EQ(got.error, want.error);
+        ASSERT_EQ(got.bytes, want.bytes);
+    };
+    for (int trial = 0; trial < 60; ++trial) {
+        const std::size_t size = trial % 5 == 0 ? 70000 + rng() % 30000 : 2 + rng() % 3000;
+        Bytes data = randomData(rng, size, trial % 2 == 0);
+        // One byte value far ahead of the rest gives one-bit codes: many symbols a lookup.
+        if (trial % 3 == 2)
+            for (auto& b : data) b = rng() % 8 ? 'a' : b;
+        Bytes packed = compress(data);
+        const std::size_t symbols = reference::u32(packed.data() + 8);
+        const std::size_t codeBytes = packed.size() - kHeaderSize - kTableEntrySize * symbols;
+        if (symbols < 2 || codeBytes < 2) continue;
+        check(packed);
+        const std::size_t cut = 1 + rng() % std::min<std::size_t>(codeBytes, 40);
+        check(Bytes(packed.begin(), packed.end() - static_cast<std::ptrdiff_t>(cut)));
+        for (int flip = 0; flip < 3; ++flip) packed[packed.size() - 1 - rng() % (packed.size() / 2)] ^= 0x10;
+        check(packed);
+    }
+    for (int trial = 0; trial < 300; ++trial) {
+        const int symbols = 2 + static_cast<int>(rng() % 60);
+        std::vector<std::pair<char, std::uint32_t>> table;
+        for (int k = 0; k < symbols; ++k)
+            table.emplace_back(static_cast<char>(rng()), trial % 3 == 0 ? rng() : 1 + rng() % 50);
+        Bytes in = header(symbols, static_cast<std::uint32_t>(rng() % 5000), table);
+        const Bytes bits = randomData(rng, rng() % 2000, trial % 2 == 0);
+        check(in + bits);
     }
 }
