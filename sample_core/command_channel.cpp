@@ -9,6 +9,7 @@ namespace {
 std::vector<VerbEntry> allVerbs() {
     std::vector<VerbEntry> verbs = basicVerbs();
     for (const VerbEntry& v : nodeVerbs()) verbs.push_back(v);
+    for (const VerbEntry& v : stateVerbs()) verbs.push_back(v);
     return verbs;
 }
 

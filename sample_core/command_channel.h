@@ -31,6 +31,7 @@ struct VerbEntry {
 // lists by name.
 std::vector<VerbEntry> basicVerbs();
 std::vector<VerbEntry> nodeVerbs();
+std::vector<VerbEntry> stateVerbs();
 
 // Splits a line into words; a double-quoted word may hold blanks. Answers
 // false (and a reason in `error`) for an unterminated quote.

@@ -25,6 +25,7 @@ PlrSampleCoreStats& stats() {
 SampleCore::SampleCore(AdaptorInterface* adaptor) : adaptor_(adaptor) {}
 
 void SampleCore::saveState(util::xml::Element& state) {
+    tools_.storeAll();
     util::xml::Tag saved(kStateName);
     saved.setAttribute("timeSlices", std::to_string(timeSlices_));
     if (!kept_.isEmpty()) {
@@ -44,6 +45,11 @@ void SampleCore::loadState(const util::xml::Element& state) {
     kept_ = state;
     ++stats().statesLoaded;
     say("core: state loaded (" + (state.isEmpty() ? std::string("empty") : state.name()) + ")");
+    if (state.kind() == util::xml::kTag && state.name() == "PLT") {
+        const std::string report = tools_.rebuild(state);
+        if (!report.empty()) std::fputs(report.c_str(), stdout);
+        std::fflush(stdout);
+    }
 }
 
 void SampleCore::showMain(int) {

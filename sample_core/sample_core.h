@@ -8,6 +8,7 @@
 #include "core_api/core_interface.h"
 #include "node_book.h"
 #include "stats.h"
+#include "tools.h"
 #include "util/return_value.h"
 #include "util/xml/element.h"
 
@@ -25,9 +26,10 @@ public:
 
     explicit SampleCore(AdaptorInterface* adaptor);
 
-    // Writes a "samplecore" element with the slice count and whatever state
-    // was handed over last.
+    // Stores every tool's state in the document, then writes a "samplecore"
+    // element with the slice count and whatever state was handed over last.
     void saveState(util::xml::Element& state) override;
+    // Keeps the element; a "PLT" tree also rebuilds the tools it holds.
     void loadState(const util::xml::Element& state) override;
     // Reads the host's identity from the adaptor and reports the window.
     void showMain(int mode) override;
@@ -38,6 +40,7 @@ public:
     const util::xml::Element& keptState() const { return kept_; }
     AdaptorInterface* adaptor() const { return adaptor_; }
     NodeBook& nodes() { return nodes_; }
+    ToolBook& tools() { return tools_; }
 
 private:
     AdaptorInterface* adaptor_;
@@ -46,6 +49,7 @@ private:
     util::ReturnValue<std::vector<std::string>> identifierSink_{&hostIdentifiers_};
     std::int64_t timeSlices_ = 0;
     util::xml::Element kept_;
+    ToolBook tools_{adaptor_};
     // Declared last: its nodes go back to the adaptor first when the core goes.
     NodeBook nodes_;
 };

@@ -9,7 +9,7 @@ list(REMOVE_ITEM PLR_MODULE_SOURCES ${CMAKE_CURRENT_SOURCE_DIR}/plugin/host_memo
 
 add_library(plr_module OBJECT ${PLR_MODULE_SOURCES})
 target_include_directories(plr_module PUBLIC ${CMAKE_CURRENT_SOURCE_DIR})
-target_link_libraries(plr_module PUBLIC plr_util plr_xml plr_core_api plr_host_api plr_platform)
+target_link_libraries(plr_module PUBLIC plr_state plr_util plr_xml plr_core_api plr_host_api plr_platform)
 
 add_library(pelloran MODULE ${CMAKE_CURRENT_SOURCE_DIR}/plugin/host_memory.cpp)
 target_link_libraries(pelloran PRIVATE plr_module)

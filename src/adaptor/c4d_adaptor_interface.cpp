@@ -59,30 +59,7 @@ void C4DAdaptorInterface::mergeFromFile(const std::string&, core::CMaster*) {
     tvr::util::Log(tvr::util::Log::Error).write("mergeFromFile not implemented", -1);
 }
 
-double C4DAdaptorInterface::getTime() {
-    BaseDocument* doc = GetActiveDocument();
-    return doc ? doc->GetTime().Get() : 0.0;
-}
-
 void C4DAdaptorInterface::reservedNotify25(int) {}
-
-std::pair<double, double> C4DAdaptorInterface::getTimeRange() {
-    BaseDocument* doc = GetActiveDocument();
-    if (!doc) return {0.0, 0.0};
-    return {doc->GetMinTime().Get(), doc->GetMaxTime().Get()};
-}
-
-double C4DAdaptorInterface::getFrameRate() {
-    BaseDocument* doc = GetActiveDocument();
-    return doc ? static_cast<double>(doc->GetFps()) : 0.0;
-}
-
-double C4DAdaptorInterface::getFrameDuration() {
-    BaseDocument* doc = GetActiveDocument();
-    // A document always has a positive rate; the guard only keeps a broken one from dividing by zero.
-    if (!doc || doc->GetFps() <= 0) return 0.0;
-    return 1.0 / static_cast<double>(doc->GetFps());
-}
 
 void C4DAdaptorInterface::reservedNotify31() {}
 
@@ -101,18 +78,6 @@ void C4DAdaptorInterface::reservedNotify38(int) {}
 // ---- Operations whose work belongs to later parts of the adaptor. Each logs
 // "<name> not implemented" at error level and answers a neutral value, so
 // that a core calling one keeps running.
-
-void C4DAdaptorInterface::storeMasterState(core::CMaster*) { notImplemented("storeMasterState"); }
-
-bool C4DAdaptorInterface::loadState() {
-    notImplemented("loadState");
-    return false;
-}
-
-void C4DAdaptorInterface::acquireNodes(const std::string&, const tvr::util::xml::Element&,
-                                       tvr::util::ReturnValue<core::NodeList>*) {
-    notImplemented("acquireNodes");
-}
 
 int C4DAdaptorInterface::beginUndo(const std::string&) {
     notImplemented("beginUndo");
@@ -142,27 +107,6 @@ bool C4DAdaptorInterface::isAcceptingUndo() {
 bool C4DAdaptorInterface::undo() {
     notImplemented("undo");
     return false;
-}
-
-void C4DAdaptorInterface::setTime(double) { notImplemented("setTime"); }
-
-void C4DAdaptorInterface::setTimeRange(const double*) { notImplemented("setTimeRange"); }
-
-void C4DAdaptorInterface::refreshScene() { notImplemented("refreshScene"); }
-
-int C4DAdaptorInterface::prepareDirectRecording(tvr::util::ReturnValue<core::MasterList>*) {
-    notImplemented("prepareDirectRecording");
-    return 1;
-}
-
-int C4DAdaptorInterface::prepareCacheRecording(void*) {
-    notImplemented("prepareCacheRecording");
-    return 1;
-}
-
-int C4DAdaptorInterface::stopRecording() {
-    notImplemented("stopRecording");
-    return 0;
 }
 
 }  // namespace tvr::plr::adaptor::cinema4d

@@ -81,12 +81,27 @@ public:
     // The first live node whose object is `object`; null if none.
     CC4DNode* findNodeForObject(BaseObject* object);
 
+    // Stored state (state_loading.cpp). Gathers the state stored on the
+    // active document's objects into the core's state tree, hands it to the
+    // core when asked, and consumes it; true when every object that carried
+    // state is now driven by a node.
+    bool loadStoredStates(bool handToCore);
+    // Whether an object of `doc` carries stored state.
+    static bool hasStoredState(BaseDocument* doc);
+    // The core's state through its saveState; left as it is without a core.
+    void exportState(tvr::util::xml::Element& state);
+    // Empties the stored texts of the objects of the nodes held for `doc`.
+    void clearStoredStates(BaseDocument* doc);
+    // Tells every master with a node in `doc` that the document goes away.
+    void releaseDocumentMasters(BaseDocument* doc);
+
     bool undoCancelled = false;
     std::vector<std::string> undoLevels;
     std::vector<CC4DNode*> nodes;
     std::vector<std::unique_ptr<StoredStateRecord>> storedStates;
     core::CoreInterface* core = nullptr;
-    // Set while a direct recording runs: node writes then set keys.
+    // Set by prepareDirectRecording, cleared by stopRecording; while it is
+    // set node writes also set keys.
     bool recording = false;
     MultiDocumentCheck multiDocumentCheck;
     // The loaded core library; set and cleared by the loader.

@@ -1,0 +1,176 @@
+// Verbs for the core's tools, their state in the document, time and recording.
+#include <algorithm>
+#include <cmath>
+#include <cstdio>
+#include <cstdlib>
+
+#include "command_channel.h"
+#include "core_api/csnapshot.h"
+#include "sample_core.h"
+
+namespace tvr::plr::core::sample {
+
+namespace {
+
+std::string number(double value) {
+    char text[64];
+    std::snprintf(text, sizeof text, "%g", value);
+    return text;
+}
+
+bool readSeconds(const std::string& word, double& value) {
+    char* end = nullptr;
+    value = std::strtod(word.c_str(), &end);
+    return !word.empty() && end && *end == '\0' && std::isfinite(value);
+}
+
+CommandResult makeTool(SampleCore& core, const std::vector<std::string>& args) {
+    if (args.empty() || args.size() > 2) return commandError("usage: tool NAME [PARENT]");
+    std::string error;
+    Tool* tool = core.tools().add(args[0], args.size() > 1 ? args[1] : std::string(), error);
+    if (!tool) return commandError(error);
+    return {true, "tool " + tool->toolName() + (tool->parent.empty() ? "" : " under " + tool->parent) + ", place " +
+                      std::to_string(tool->place)};
+}
+
+CommandResult store(SampleCore& core, const std::vector<std::string>& args) {
+    if (args.size() > 1) return commandError("usage: store [TOOL]");
+    if (args.empty()) {
+        core.tools().storeAll();
+        return {true, "stored " + std::to_string(core.tools().all().size()) + " tools"};
+    }
+    Tool* tool = core.tools().find(args[0]);
+    if (!tool) return commandError("no tool \"" + args[0] + "\"");
+    core.adaptor()->storeMasterState(tool);
+    return {true, "stored " + tool->toolName()};
+}
+
+CommandResult load(SampleCore& core, const std::vector<std::string>& args) {
+    if (!args.empty()) return commandError("usage: load");
+    const bool allDriven = core.adaptor()->loadState();
+    return {true, std::string("loaded; ") + (allDriven ? "every stored object is driven" : "some stored objects are not driven")};
+}
+
+CommandResult showState(SampleCore& core, const std::vector<std::string>& args) {
+    if (!args.empty()) return commandError("usage: state");
+    core.tools().purge();
+    std::string text = core.tools().describe();
+    if (!text.empty() && text.back() == '\n') text.pop_back();
+    return {true, text};
+}
+
+std::string timeText(AdaptorInterface& adaptor) {
+    const double seconds = adaptor.getTime();
+    return "time " + number(seconds) + " s (frame " + number(std::floor(seconds * adaptor.getFrameRate() + 1e-9)) + ")";
+}
+
+CommandResult time(SampleCore& core, const std::vector<std::string>& args) {
+    if (args.size() > 1) return commandError("usage: time [SECONDS]");
+    if (!args.empty()) {
+        double seconds = 0;
+        if (!readSeconds(args[0], seconds)) return commandError("not a time in seconds: " + args[0]);
+        core.adaptor()->setTime(seconds);
+    }
+    return {true, timeText(*core.adaptor())};
+}
+
+CommandResult range(SampleCore& core, const std::vector<std::string>& args) {
+    double bounds[2] = {0, 0};
+    if (args.size() != 2 || !readSeconds(args[0], bounds[0]) || !readSeconds(args[1], bounds[1]))
+        return commandError("usage: range START END (seconds)");
+    if (bounds[1] < bounds[0]) return commandError("the range ends before it starts");
+    core.adaptor()->setTimeRange(bounds);
+    const auto now = core.adaptor()->getTimeRange();
+    return {true, "range " + number(now.first) + " s to " + number(now.second) + " s"};
+}
+
+CommandResult fps(SampleCore& core, const std::vector<std::string>& args) {
+    if (!args.empty()) return commandError("usage: fps");
+    return {true, number(core.adaptor()->getFrameRate()) + " frames a second, a frame lasts " +
+                      number(core.adaptor()->getFrameDuration()) + " s"};
+}
+
+CommandResult refresh(SampleCore& core, const std::vector<std::string>& args) {
+    if (!args.empty()) return commandError("usage: refresh");
+    core.adaptor()->refreshScene();
+    return {true, "refreshed"};
+}
+
+// A direct recording: the tool's nodes move along x, one step a frame, and
+// each position is keyed while the adaptor records.
+CommandResult record(SampleCore& core, const std::vector<std::string>& args) {
+    double seconds = 0;
+    if (args.size() != 2 || !readSeconds(args[1], seconds) || seconds <= 0)
+        return commandError("usage: record TOOL SECONDS (more than 0)");
+    Tool* tool = core.tools().find(args[0]);
+    if (!tool) return commandError("no tool \"" + args[0] + "\"");
+    if (tool->nodes.empty()) return commandError("tool " + tool->toolName() + " has no nodes to record");
+    AdaptorInterface& adaptor = *core.adaptor();
+    const double rate = adaptor.getFrameRate();
+    if (rate <= 0) return commandError("there is no document to record in");
+
+    adaptor.beginUndo("Record " + tool->toolName());
+    MasterList masters{tool};
+    util::ReturnValue<MasterList> sink(&masters);
+    adaptor.prepareDirectRecording(&sink);
+    if (std::find(masters.begin(), masters.end(), tool) == masters.end()) {
+        adaptor.stopRecording();
+        adaptor.acceptUndo();
+        return commandError("tool " + tool->toolName() + " has nodes in another document; not recorded");
+    }
+    const double start = adaptor.getTime();
+    const int frames = static_cast<int>(std::lround(seconds * rate));
+    std::string path;
+    for (int frame = 0; frame <= frames; ++frame) {
+        const double t = start + frame / rate;
+        adaptor.setTime(t);
+        for (CoreNode* node : tool->nodes) {
+            CTransformSnapshot* snapshot = node->acquireSnapshot(t);
+            if (!snapshot) continue;
+            util::Matrix4d m = snapshot->getLocalMatrix();
+            if (frame > 0) m(0, 3) += 1.0;
+            snapshot->setLocalMatrix(m);
+            if (node == tool->nodes.front()) path += (path.empty() ? "" : " ") + std::to_string(frame) + ":" + number(m(0, 3));
+            node->releaseSnapshot(snapshot);
+        }
+    }
+    adaptor.stopRecording();
+    adaptor.acceptUndo();
+    const std::string take = number(start) + "-" + number(start + frames / rate) + " s, " +
+                             std::to_string(frames + 1) + " frames";
+    tool->takes.push_back(take);
+    tool->path = path;
+    return {true, "recorded " + tool->toolName() + ": " + take};
+}
+
+CommandResult cache(SampleCore& core, const std::vector<std::string>& args) {
+    if (!args.empty()) return commandError("usage: cache");
+    core.adaptor()->prepareCacheRecording(nullptr);
+    return {true, "cache recording prepared"};
+}
+
+CommandResult stop(SampleCore& core, const std::vector<std::string>& args) {
+    if (!args.empty()) return commandError("usage: stop");
+    core.adaptor()->stopRecording();
+    return {true, "recording stopped"};
+}
+
+}  // namespace
+
+std::vector<VerbEntry> stateVerbs() {
+    return {
+        {"tool", "NAME [PARENT] - makes a tool, last among its parent's tools", &makeTool},
+        {"store", "[TOOL] - stores one tool's state (or every tool's) on its objects", &store},
+        {"load", "- asks the adaptor for the document's stored state and rebuilds the tools", &load},
+        {"state", "- lists the tools, their nodes and takes", &showState},
+        {"time", "[SECONDS] - sets the document's time, then shows it", &time},
+        {"range", "START END - sets the document's time range in seconds", &range},
+        {"fps", "- shows the frame rate", &fps},
+        {"refresh", "- re-evaluates and redraws the scene", &refresh},
+        {"record", "TOOL SECONDS - records the tool's nodes moving, frame by frame, from the current time", &record},
+        {"cache", "- prepares a cache recording", &cache},
+        {"stop", "- stops recording", &stop},
+    };
+}
+
+}  // namespace tvr::plr::core::sample
