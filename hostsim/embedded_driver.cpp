@@ -6,6 +6,8 @@
 
 #include "embedded_host/scene/host_node.h"
 #include "object_inspection.h"
+#include "embedded_host/runtime/host_context.h"
+#include "embedded_host/scene/document_node.h"
 #include "platform.h"
 #include "scene_picture.h"
 
@@ -148,6 +150,38 @@ std::string EmbeddedDriver::inspect(const std::string& object, std::ostream& out
     if (!op) return "no object named \"" + object + "\"";
     const tvr::plr::embedded::HostNode* node = tvr::plr::embedded::nodeOf(op);
     out << "== inspect " << object << "\n" << describeObject(op, node && node->selected);
+    return "";
+}
+
+std::string EmbeddedDriver::documentInfo(std::int64_t type, std::ostream& out) {
+    BaseDocument* doc = host_.activeDocument();
+    if (!doc) return "no document is open";
+    auto* node = static_cast<tvr::plr::embedded::DocumentNode*>(tvr::plr::embedded::nodeOf(doc));
+    if (!node) return "the active document is not the host's";
+    DocumentInfoData info;
+    info.type = static_cast<LONG>(type);
+    info.doc = doc;
+    host_.journal().add("DocumentInfo", std::to_string(type) + " " + node->name.ToStd());
+    node->messageSceneHooks(MSG_DOCUMENTINFO, &info);
+    out << "document event " << type << " sent\n";
+    return "";
+}
+
+std::string EmbeddedDriver::play(double from, double to, std::ostream& out) {
+    BaseDocument* doc = host_.activeDocument();
+    if (!doc) return "no document is open";
+    const LONG fps = doc->GetFps();
+    if (fps <= 0) return "the document has no frame rate";
+    const auto first = static_cast<std::int64_t>(std::llround(from * fps));
+    const auto last = static_cast<std::int64_t>(std::llround(to * fps));
+    const std::int64_t step = last >= first ? 1 : -1;
+    for (std::int64_t frame = first;; frame += step) {
+        doc->SetTime(BaseTime(static_cast<LReal>(frame), static_cast<LReal>(fps)));
+        host_.context().eventPending = true;  // what the host's time slider posts
+        host_.runCycle();
+        if (frame == last) break;
+    }
+    out << "played frames " << first << " to " << last << "\n";
     return "";
 }
 

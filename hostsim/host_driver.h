@@ -32,6 +32,17 @@ public:
     // Prints the host side of the first object of that name in the active document.
     virtual std::string inspect(const std::string& object, std::ostream& out) = 0;
     virtual std::string drawCurves(const std::string& object, const std::string& file, std::ostream& out) = 0;
+    // The host's document event `type` told to the active document's scene hooks.
+    virtual std::string documentInfo(std::int64_t type, std::ostream& out) {
+        (void)type, (void)out;
+        return "this host cannot send document events";
+    }
+    // Moves the active document's time from `from` to `to`, one frame a step,
+    // letting the host evaluate and redraw at each, as a user scrubbing does.
+    virtual std::string play(double from, double to, std::ostream& out) {
+        (void)from, (void)to, (void)out;
+        return "this host cannot play";
+    }
 };
 
 }  // namespace hostsim

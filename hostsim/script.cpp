@@ -12,7 +12,7 @@ namespace {
 struct VerbInfo {
     const char* name;
     Verb verb;
-    enum { None, Text, Integer, Seconds, Line, NameAndFile, Name } argument;
+    enum { None, Text, Integer, Seconds, Line, NameAndFile, Name, Span } argument;
     const char* usage;  // the arguments and one line of what it does, for help
 };
 
@@ -33,6 +33,8 @@ constexpr VerbInfo kVerbs[] = {
     {"view", Verb::View, VerbInfo::Text, "FILE.svg        draws the active document from its camera (or the front)"},
     {"curves", Verb::Curves, VerbInfo::NameAndFile, "NAME FILE.svg draws an object's animation tracks and keys"},
     {"inspect", Verb::Inspect, VerbInfo::Name, "NAME         prints the host side of one object: place, modes, lens, tags, tracks"},
+    {"info", Verb::Info, VerbInfo::Integer, "N               tells the active document's scene hooks document event N (1000-1008)"},
+    {"play", Verb::Play, VerbInfo::Span, "A B             scrubs the active document's time from A to B seconds, frame by frame"},
     {"help", Verb::Help, VerbInfo::None, "                lists these commands"},
     {"quit", Verb::Quit, VerbInfo::None, "                ends the session"},
 };
@@ -148,6 +150,14 @@ ParseResult parseLine(const std::string& raw, int lineNumber) {
             command.number > INT32_MAX)
             result.error = word + " needs a whole number, not \"" + argument + "\"";
         break;
+    case VerbInfo::Span: {
+        std::size_t cut = 0;
+        while (cut < argument.size() && !isSpace(argument[cut])) ++cut;
+        if (!parseSeconds(argument.substr(0, cut), command.seconds) ||
+            !parseSeconds(trim(argument.substr(cut)), command.until) || std::fabs(command.until - command.seconds) > kMaxRunSeconds)
+            result.error = word + " needs two times in seconds, not \"" + argument + "\"";
+        break;
+    }
     case VerbInfo::Seconds:
         if (!parseSeconds(argument, command.seconds) || command.seconds < 0 || command.seconds > kMaxRunSeconds)
             result.error = word + " needs seconds between 0 and 86400, not \"" + argument + "\"";

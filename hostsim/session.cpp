@@ -30,6 +30,8 @@ bool Session::execute(const Command& command) {
     case Verb::Curves: error = host_.drawCurves(command.text, command.file, out_); break;
     case Verb::Inspect: error = host_.inspect(command.text, out_); break;
     case Verb::Help: out_ << helpText(); break;
+    case Verb::Info: error = host_.documentInfo(command.number, out_); break;
+    case Verb::Play: error = host_.play(command.seconds, command.until, out_); break;
     case Verb::Quit: quit_ = true; break;
     }
     out_.flush();
