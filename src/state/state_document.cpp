@@ -60,7 +60,7 @@ bool expand(Element& master, const std::string& object) {
     const std::size_t zero = text.find('\0');
     if (zero != std::string::npos) text.resize(zero);
     Element inner = tvr::util::xml::parse(text);
-    if (inner.isEmpty()) {
+    if (inner.kind() != tvr::util::xml::kTag || inner.name() != "PLT_Plugin") {
         refuse(object, "a compressed master state whose text is not readable; the master is not loaded");
         return false;
     }
