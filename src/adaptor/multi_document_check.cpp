@@ -12,15 +12,6 @@ const char* const MultiDocumentCheck::kWarning =
     " Should you perform a cross-document operation, please be careful using undo as it might cause undesired "
     "behaviour.";
 
-namespace {
-
-BaseDocument* documentOf(CC4DNode* node) {
-    BaseObject* op = node ? node->object() : nullptr;
-    return op ? op->GetDocument() : nullptr;
-}
-
-}  // namespace
-
 bool MultiDocumentCheck::otherDocumentIn(const std::vector<CC4DNode*>& nodes, BaseDocument* document) {
     bool loose = false;
     for (CC4DNode* n : nodes) {
@@ -39,8 +30,10 @@ bool MultiDocumentCheck::otherDocumentIn(const std::vector<CC4DNode*>& nodes, Ba
 }
 
 void MultiDocumentCheck::beforeRegister(const std::vector<CC4DNode*>& nodes, CC4DNode* node) {
-    BaseDocument* document = documentOf(node);
-    if (pending_ && node && node->master && document) {
+    if (!pending_) return;  // shown once; nothing to watch any more
+    BaseObject* op = node ? node->object() : nullptr;
+    BaseDocument* document = op ? op->GetDocument() : nullptr;
+    if (node && node->master && document) {
         // Objects never move between documents, so while every node was in
         // `known_`, a node of that document cannot meet another one.
         if ((unsure_ || document != known_) && otherDocumentIn(nodes, document)) {
@@ -49,7 +42,7 @@ void MultiDocumentCheck::beforeRegister(const std::vector<CC4DNode*>& nodes, CC4
         }
     }
     // Whatever is registered now must be seen by the next comparison.
-    if (node && node->object() && document != known_) unsure_ = true;
+    if (op && document != known_) unsure_ = true;
 }
 
 }  // namespace tvr::plr::adaptor::cinema4d

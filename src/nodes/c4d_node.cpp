@@ -19,7 +19,7 @@ using tvr::util::Log;
 CC4DNode::GroupSelection CC4DNode::groupSelection;
 bool CC4DNode::internalMove = false;
 
-std::vector<DescID> nodeTrackIds() {
+const std::vector<DescID>& nodeTrackIds() {
     static const std::vector<DescID> ids = [] {
         std::vector<DescID> list;
         for (LONG vector : {ID_BASEOBJECT_POSITION, ID_BASEOBJECT_ROTATION, ID_BASEOBJECT_SCALE}) {
@@ -35,7 +35,7 @@ std::vector<DescID> nodeTrackIds() {
 
 CC4DNode::CC4DNode(CMaster* master, const std::string& name, CoreNode* parentNode, BaseObject* object,
                    bool reparent)
-    : CoreNode(master, name), trackIds(nodeTrackIds()) {
+    : CoreNode(master, name), trackIds(&nodeTrackIds()) {
     // A node made while a step is replayed stays empty: no link, not registered.
     if (undoReplayInProgress()) return;
     released = false;
@@ -62,7 +62,7 @@ CC4DNode::CC4DNode(CMaster* master, const std::string& name, CoreNode* parentNod
     if (adaptor->recording) ensureTracks();
 }
 
-CC4DNode::CC4DNode(CoreNode* parentNode, BaseLink* link) : objectLink(link), trackIds(nodeTrackIds()) {
+CC4DNode::CC4DNode(CoreNode* parentNode, BaseLink* link) : objectLink(link), trackIds(&nodeTrackIds()) {
     this->parentNode = parentNode;
     recordable = true;
     released = true;

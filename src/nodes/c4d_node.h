@@ -108,7 +108,7 @@ public:
     // Null when the node has none.
     tvr::plr::core::CNodePeer* nodePeer() const { return peer; }
     const std::vector<CTrack*>& trackList() const { return tracks; }
-    const std::vector<DescID>& trackIdList() const { return trackIds; }
+    const std::vector<DescID>& trackIdList() const { return *trackIds; }
 
     bool lensAnimated = true;
     bool recordable = false;
@@ -121,7 +121,8 @@ private:
 
     BaseLink* objectLink = nullptr;
     std::vector<CTrack*> tracks;
-    std::vector<DescID> trackIds;
+    // Always the eleven ids of nodeTrackIds(), shared rather than copied into every node.
+    const std::vector<DescID>* trackIds;
     std::vector<std::unique_ptr<CC4DSnapshot>> transformPool;
     // Kept beside the transform pool; nothing hands snapshots out of it.
     std::vector<std::unique_ptr<CC4DSnapshot>> sparePool;
@@ -135,6 +136,6 @@ inline CC4DNode* asC4DNode(tvr::plr::core::CoreNode* node) { return static_cast<
 
 // The eleven animated parameters of a node: position, rotation and scale X,
 // Y, Z, then the camera's field of view (1008) and its second lens value (1010).
-std::vector<DescID> nodeTrackIds();
+const std::vector<DescID>& nodeTrackIds();
 
 }  // namespace tvr::plr::adaptor::cinema4d

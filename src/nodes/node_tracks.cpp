@@ -6,16 +6,31 @@
 
 namespace tvr::plr::adaptor::cinema4d {
 
-std::vector<CTrack*> liveTracks(BaseObject* op, const std::vector<DescID>& ids, std::size_t count) {
-    std::vector<CTrack*> found;
-    if (!op) return found;
-    for (std::size_t i = 0; i < count && i < ids.size(); ++i) found.push_back(op->FindCTrack(ids[i]));
-    return found;
+TrackSet checkedTracks(BaseObject* op, const std::vector<CTrack*>& cached, const std::vector<DescID>& ids,
+                       std::size_t count) {
+    TrackSet result{};
+    if (!op) return result;
+    constexpr std::size_t kSeen = 32;
+    CTrack* present[kSeen];
+    std::size_t seen = 0;
+    for (CTrack* t = op->GetFirstCTrack(); t && seen < kSeen; t = t->GetNext()) present[seen++] = t;
+    for (std::size_t i = 0; i < count && i < cached.size() && i < ids.size() && i < result.size(); ++i) {
+        bool there = false;
+        for (std::size_t k = 0; k < seen && !there; ++k) there = present[k] == cached[i];
+        result[i] = there ? cached[i] : op->FindCTrack(ids[i]);
+    }
+    return result;
 }
 
-void keyTransform(BaseObject* op, const std::vector<CTrack*>& tracks, const BaseTime& time) {
+TrackSet foundTracks(BaseObject* op, const std::vector<DescID>& ids, std::size_t count) {
+    TrackSet result{};
+    for (std::size_t i = 0; op && i < count && i < ids.size() && i < result.size(); ++i) result[i] = op->FindCTrack(ids[i]);
+    return result;
+}
+
+void keyTransform(BaseObject* op, const TrackSet& tracks, const BaseTime& time) {
     const Vector parts[3] = {op->GetPos(), op->GetRot(), op->GetScale()};
-    for (std::size_t i = 0; i < 9 && i < tracks.size(); ++i) {
+    for (std::size_t i = 0; i < 9; ++i) {
         CCurve* curve = tracks[i] ? tracks[i]->GetCurve(CCURVE_CURVE, true) : nullptr;
         CKey* key = curve ? curve->AddKey(time) : nullptr;
         if (!key) return;
@@ -32,7 +47,7 @@ void CC4DNode::ensureTracks() {
     if (!op) return;
     tracks.clear();
     BaseDocument* doc = documentFor(op);
-    for (const DescID& id : trackIds) {
+    for (const DescID& id : *trackIds) {
         CTrack* track = op->FindCTrack(id);
         if (!track) {
             track = CTrack::Alloc(op, id);
@@ -42,7 +57,7 @@ void CC4DNode::ensureTracks() {
         }
         tracks.push_back(track);
     }
-    if (tracks.size() >= 9) keyTransform(op, tracks, hostTime(theAdaptor()->getTime()));
+    if (tracks.size() >= 9) keyTransform(op, foundTracks(op, *trackIds, 9), hostTime(theAdaptor()->getTime()));
 }
 
 int CC4DNode::prepareRecording(BaseDocument* document) {
@@ -60,8 +75,8 @@ int CC4DNode::truncateKeys(double seconds) {
     BaseObject* op = object();
     if (!op) return 1;
     const BaseTime time = hostTime(seconds);
-    const std::vector<CTrack*> live = liveTracks(op, trackIds, tracks.size());
-    for (std::size_t i = 0; i < live.size(); ++i) {
+    const TrackSet live = checkedTracks(op, tracks, *trackIds, tracks.size());
+    for (std::size_t i = 0; i < tracks.size() && i < live.size(); ++i) {
         if (!live[i] || live[i] != tracks[i]) continue;  // gone since it was made
         CCurve* curve = live[i]->GetCurve(CCURVE_CURVE, true);
         if (!curve) continue;

@@ -16,10 +16,10 @@ namespace {
 LONG trackFps() { return static_cast<LONG>(std::trunc(theAdaptor()->getFrameRate())); }
 
 // The local matrix from the transform tracks; a missing component counts as 0.
-Matrix composeFromTracks(const std::vector<CTrack*>& nine, BaseDocument* doc, const BaseTime& time) {
+Matrix composeFromTracks(const TrackSet& nine, BaseDocument* doc, const BaseTime& time) {
     const LONG fps = trackFps();
     Real v[9] = {};
-    for (std::size_t i = 0; i < 9 && i < nine.size(); ++i) {
+    for (std::size_t i = 0; i < 9; ++i) {
         if (nine[i]) v[i] = nine[i]->GetValue(doc, time, fps);
     }
     return composeTransform(Vector(v[0], v[1], v[2]), Vector(v[3], v[4], v[5]), Vector(v[6], v[7], v[8]));
@@ -38,9 +38,9 @@ bool toHostOrLog(const Matrix4d& m, Matrix& out, const char* operation) {
 }  // namespace
 
 Matrix evaluatedLocalMatrix(BaseObject* op, const BaseTime& time) {
-    const std::vector<CTrack*> nine = liveTracks(op, nodeTrackIds(), 9);
-    if (nine.empty() || !nine[0]) return op->GetMl();
-    return composeFromTracks(nine, GetActiveDocument(), time);
+    const std::vector<DescID>& ids = nodeTrackIds();
+    if (!op->FindCTrack(ids[0])) return op->GetMl();  // no position X track: not animated
+    return composeFromTracks(foundTracks(op, ids, 9), GetActiveDocument(), time);
 }
 
 std::intptr_t CC4DNode::CC4DSnapshot::executeExtension(int, void*) { return 0; }
@@ -57,7 +57,7 @@ void CC4DNode::CC4DSnapshot::take(const CC4DNode& node, BaseObject* op, double a
     seconds = atSeconds;
     objectLink = node.link();
     tracks = node.trackList();
-    trackIds = node.trackIdList();
+    trackIds = &node.trackIdList();
 }
 
 BaseObject* CC4DNode::CC4DSnapshot::resolve() {
@@ -66,12 +66,12 @@ BaseObject* CC4DNode::CC4DSnapshot::resolve() {
 }
 
 Matrix CC4DNode::CC4DSnapshot::localFromTracks(BaseObject* op) {
-    return composeFromTracks(liveTracks(op, trackIds, 9), document, time);
+    return composeFromTracks(checkedTracks(op, tracks, *trackIds, 9), document, time);
 }
 
 void CC4DNode::CC4DSnapshot::keyTransform(BaseObject* op) {
     if (undoReplayInProgress() || tracks.empty()) return;
-    cinema4d::keyTransform(op, liveTracks(op, trackIds, 9), time);
+    cinema4d::keyTransform(op, checkedTracks(op, tracks, *trackIds, 9), time);
 }
 
 void CC4DNode::CC4DSnapshot::setLocalMatrix(const Matrix4d& m) {
@@ -98,7 +98,16 @@ Matrix4d CC4DNode::CC4DSnapshot::getLocalMatrix() {
 Matrix4d CC4DNode::CC4DSnapshot::getGlobalMatrix() {
     BaseObject* op = resolve();
     if (!op) return Matrix4d();
-    Matrix4d global = fromHostMatrix(evaluatedLocalMatrix(op, time));
+    // The object's own tracks are the node's when it has them: the same
+    // tracks an id lookup would find, without looking up nine ids.
+    Matrix own;
+    if (tracks.empty()) {
+        own = evaluatedLocalMatrix(op, time);
+    } else {
+        const TrackSet mine = checkedTracks(op, tracks, *trackIds, 9);
+        own = mine[0] ? composeFromTracks(mine, GetActiveDocument(), time) : op->GetMl();
+    }
+    Matrix4d global = fromHostMatrix(own);
     for (BaseObject* p = op->GetUp(); p; p = p->GetUp()) global = fromHostMatrix(evaluatedLocalMatrix(p, time)) * global;
     return unitScale().inverse() * flipped(global);
 }

@@ -32,7 +32,7 @@ public:
     // Handed to the host when the snapshot's own tracks are evaluated; never set.
     BaseDocument* document = nullptr;
     std::vector<CTrack*> tracks;
-    std::vector<DescID> trackIds;
+    const std::vector<DescID>* trackIds = &nodeTrackIds();  // the node's, shared
 
 private:
     // Refreshes `object` from the link; null when it is gone.

@@ -14,6 +14,8 @@ namespace {
 
 using tvr::util::Matrix4d;
 
+constexpr double kPi = 3.141592653589793;
+
 void expectNear(const Matrix4d& actual, const Matrix4d& expected, double tolerance, const char* what) {
     for (int i = 0; i < 16; ++i) EXPECT_NEAR(actual.m[i], expected.m[i], tolerance) << what << ", entry " << i;
 }
@@ -35,7 +37,7 @@ TEST_F(TransformTest, UnitFactorScalesTopLevelObjectsOnlyAndTruncates) {
     CC4DNode* root = camera("root");
     CC4DNode* child = camera("child", root);
     root->object()->SetPos(Vector(1, 2, 3));
-    root->object()->SetRot(Vector(static_cast<Real>(M_PI / 2), 0, 0));
+    root->object()->SetRot(Vector(static_cast<Real>(kPi / 2), 0, 0));
     child->object()->SetPos(Vector(4, 5, 6));
     const Matrix4d hostRoot = fromHostMatrix(root->object()->GetMl());
     const Matrix4d hostChildGlobal = fromHostMatrix(child->object()->GetMg());
@@ -170,7 +172,7 @@ TEST_F(TransformTest, LensValuesGoThroughSinglePrecisionOrKeys) {
     EXPECT_EQ(plain->acquireLensSnapshot(0), nullptr);
     CLensSnapshot* lens = cam->acquireLensSnapshot(0);
     ASSERT_NE(lens, nullptr);
-    EXPECT_NEAR(lens->getFov(), 0.8575 * 180.0 / M_PI, 1e-4);
+    EXPECT_NEAR(lens->getFov(), 0.8575 * 180.0 / kPi, 1e-4);
     lens->setFov(90);
     GeData value;
     cam->object()->GetParameter(DescID(DescLevel(CAMERAOBJECT_FOV, DTYPE_REAL, 0)), value, 0);
