@@ -79,34 +79,4 @@ void C4DAdaptorInterface::reservedNotify38(int) {}
 // "<name> not implemented" at error level and answers a neutral value, so
 // that a core calling one keeps running.
 
-int C4DAdaptorInterface::beginUndo(const std::string&) {
-    notImplemented("beginUndo");
-    return 0;
-}
-
-int C4DAdaptorInterface::addUndo(tvr::plr::CUndo*) {
-    notImplemented("addUndo");
-    return 1;
-}
-
-int C4DAdaptorInterface::acceptUndo() {
-    notImplemented("acceptUndo");
-    return 1;
-}
-
-int C4DAdaptorInterface::cancelUndo() {
-    notImplemented("cancelUndo");
-    return 1;
-}
-
-bool C4DAdaptorInterface::isAcceptingUndo() {
-    notImplemented("isAcceptingUndo");
-    return false;
-}
-
-bool C4DAdaptorInterface::undo() {
-    notImplemented("undo");
-    return false;
-}
-
 }  // namespace tvr::plr::adaptor::cinema4d

@@ -95,6 +95,11 @@ public:
     // Tells every master with a node in `doc` that the document goes away.
     void releaseDocumentMasters(BaseDocument* doc);
 
+    // Records a step the adaptor made itself through addUndo (slot 18, as the
+    // core would). The undo manager then owns it; a refused step is released.
+    // Answers what addUndo answered.
+    int recordOwnStep(tvr::plr::CUndo* step);
+
     bool undoCancelled = false;
     std::vector<std::string> undoLevels;
     std::vector<CC4DNode*> nodes;
@@ -108,6 +113,9 @@ public:
     tvr::platform::ModuleHandle coreLibrary = nullptr;
 
 private:
+    // The step recordOwnStep is handing to addUndo.
+    tvr::plr::CUndo* ownStepPending_ = nullptr;
+
     friend class tvr::util::Singleton<C4DAdaptorInterface>;
     C4DAdaptorInterface() = default;
     ~C4DAdaptorInterface() override = default;

@@ -1,8 +1,12 @@
 #include "undo/undo_guard.h"
 
+#include "undo/c4d_undo_manager.h"
+
 namespace tvr::plr::adaptor::cinema4d {
 
-// No replay can run until the undo manager exists to run one.
-bool undoReplayInProgress() { return false; }
+bool undoReplayInProgress() {
+    C4DUndoManager* manager = C4DUndoManager::instance();
+    return manager && manager->isInUndoRedo();
+}
 
 }  // namespace tvr::plr::adaptor::cinema4d

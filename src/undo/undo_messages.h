@@ -12,7 +12,9 @@ public:
     Bool CoreMessage(LONG id, const BaseContainer& bc) override;
 };
 
-// Receives the core message that the undo reference tag posts (1023570).
+// Receives the message that the undo reference tag posts (1023570) and runs
+// the core's steps back or forth to the number the host restored. Also hands
+// out the listing of the active document's steps (1023577).
 class C4DUndoMessage : public MessageData {
 public:
     Bool CoreMessage(LONG id, const BaseContainer& bc) override;
