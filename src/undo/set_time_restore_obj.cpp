@@ -1,7 +1,5 @@
 #include "undo/set_time_restore_obj.h"
 
-#include <cmath>
-
 #include "adaptor/c4d_adaptor_interface.h"
 
 namespace tvr::plr::adaptor::cinema4d {
@@ -13,14 +11,9 @@ constexpr LONG kDrawTimeChange = 0x8000;
 
 CSetTimeRestoreObj::CSetTimeRestoreObj(double seconds) : sequence_(nextSequence++), time_(seconds) {}
 
-BaseTime CSetTimeRestoreObj::hostTime(double seconds) {
-    float value = static_cast<float>(seconds);
-    if (value > 1e15f) value = 1e15f;
-    if (value < -1e15f) value = -1e15f;
-    if (!(value == value)) value = 0.0f;  // NaN: no time to go back to
-    const float scaled = value * 1000.0f;
-    return BaseTime(std::floor(static_cast<double>(scaled) + 0.5), 1000.0);
-}
+// The host's own conversion of single-precision seconds does exactly this:
+// clamp to 1e15 s either way, milliseconds rounded, the fraction reduced.
+BaseTime CSetTimeRestoreObj::hostTime(double seconds) { return BaseTime(static_cast<Real>(seconds)); }
 
 int CSetTimeRestoreObj::undo(bool full) {
     C4DAdaptorInterface* adaptor = C4DAdaptorInterface::instance();

@@ -156,8 +156,8 @@ TEST_F(UndoTest, ScenesChangingOperationsSeeTheReplayAndCannotAddSteps) {
 }
 
 TEST_F(UndoTest, TheTimeStepSwapsTheDocumentTimeInSinglePrecisionMilliseconds) {
-    EXPECT_EQ(CSetTimeRestoreObj::hostTime(2.0004).GetNumerator(), 2000.0);
-    EXPECT_EQ(CSetTimeRestoreObj::hostTime(2.0004).GetDenominator(), 1000.0);
+    EXPECT_TRUE(CSetTimeRestoreObj::hostTime(2.0004) == BaseTime(2000.0, 1000.0));
+    EXPECT_TRUE(CSetTimeRestoreObj::hostTime(0.0335) == BaseTime(34.0, 1000.0));
     EXPECT_EQ(CSetTimeRestoreObj::hostTime(1e16).Get(), CSetTimeRestoreObj::hostTime(1e15).Get());
     EXPECT_EQ(CSetTimeRestoreObj::hostTime(-1e16).Get(), CSetTimeRestoreObj::hostTime(-1e15).Get());
     EXPECT_LT(CSetTimeRestoreObj::hostTime(-1e16).Get(), -9e14);
