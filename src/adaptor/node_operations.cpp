@@ -36,8 +36,8 @@ static void announceNode(C4DAdaptorInterface* adaptor, CC4DNode* node, core::CNo
         peer->nodeReturns(node);
     }
     if (tvr::plr::CUndo* step = makeCreateNodeRestore(adaptor, node)) {
-        // A refused step stays ours.
-        if (adaptor->addUndo(step) != 0) step->release();
+        // The undo manager owns it from here; a refused step is released.
+        adaptor->recordOwnStep(step);
     }
 }
 

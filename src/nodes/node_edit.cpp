@@ -133,7 +133,7 @@ int CC4DNode::deleteNode(bool removeObject) {
     // frees the object once the deletion can no longer be taken back.
     if (recorded && master) {
         if (tvr::plr::CUndo* step = makeNodeDeleteRestore(this)) {
-            adaptor->addUndo(step);
+            adaptor->recordOwnStep(step);
             return 0;
         }
     }

@@ -1,6 +1,5 @@
-// Where node creation and deletion become the core's undo steps. The restore
-// objects live with the undo manager; until they exist these answer null and
-// creation and deletion are simply not undoable through the core.
+// Where node creation and deletion become the core's undo steps: the restore
+// objects of the undo integration, handed to the adaptor's recordOwnStep.
 #pragma once
 
 #include "core_api/cundo.h"

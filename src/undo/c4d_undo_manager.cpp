@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "adaptor/c4d_adaptor_interface.h"
 #include "plugin/plugin_ids.h"
 #include "undo/undo_ids.h"
 #include "util/log.h"
@@ -43,7 +44,12 @@ BaseTag* documentUndoContainer::undoTag() const {
     return undoTagLink ? static_cast<BaseTag*>(undoTagLink->ForceGetLink()) : nullptr;
 }
 
-C4DUndoManager::C4DUndoManager() { Log(Log::Notice).write("Creating undomanager", -1); }
+C4DUndoManager::C4DUndoManager() {
+    // The adaptor is made first so that it is ended after the manager: the
+    // steps the manager frees at the end unregister their nodes with it.
+    C4DAdaptorInterface::instance();
+    Log(Log::Notice).write("Creating undomanager", -1);
+}
 
 C4DUndoManager::~C4DUndoManager() = default;
 
