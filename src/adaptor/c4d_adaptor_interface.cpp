@@ -6,15 +6,6 @@
 
 namespace tvr::plr::adaptor::cinema4d {
 
-namespace {
-
-// See the section at the end of this file.
-void notImplemented(const char* name) {
-    tvr::util::Log(tvr::util::Log::Error).write(std::string(name) + " not implemented", -1);
-}
-
-}  // namespace
-
 int C4DAdaptorInterface::getInterfaceVersion() { return 9201; }
 
 // The identity strings live until the module is unloaded; they are built on
@@ -74,9 +65,5 @@ int C4DAdaptorInterface::getAdaptorData(tvr::util::ReturnValue<tvr::util::xml::E
 }
 
 void C4DAdaptorInterface::reservedNotify38(int) {}
-
-// ---- Operations whose work belongs to later parts of the adaptor. Each logs
-// "<name> not implemented" at error level and answers a neutral value, so
-// that a core calling one keeps running.
 
 }  // namespace tvr::plr::adaptor::cinema4d

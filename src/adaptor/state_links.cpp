@@ -4,6 +4,8 @@
 #include <string>
 
 #include "nodes/c4d_node.h"
+#include "undo/c4d_undo_manager.h"
+#include "undo/set_time_restore_obj.h"
 
 namespace tvr::plr::adaptor::cinema4d {
 
@@ -25,13 +27,19 @@ void prepareNodeRecording(CC4DNode* node, BaseDocument* doc) {
     if (node) node->prepareRecording(doc);
 }
 
-// SEAM: the undo manager is being built alongside; each function below
-// becomes a one-line call into it when it lands.
-
-void undoSetDocumentName(BaseDocument*, const Filename&) {}
-void undoDetachContainer(BaseDocument*) {}
-void undoAttachContainer(BaseDocument*) {}
-void undoRemoveDocument(BaseDocument*) {}
-tvr::plr::CUndo* makeSetTimeRestore(double) { return nullptr; }
+// The manager names the active document's record, whichever document is given.
+void undoSetDocumentName(BaseDocument*, const Filename& name) {
+    if (C4DUndoManager* manager = C4DUndoManager::instance()) manager->setDocumentName(name.GetString());
+}
+void undoDetachContainer(BaseDocument* doc) {
+    if (C4DUndoManager* manager = C4DUndoManager::instance()) manager->detachContainerObject(doc);
+}
+void undoAttachContainer(BaseDocument* doc) {
+    if (C4DUndoManager* manager = C4DUndoManager::instance()) manager->attachContainerObject(doc);
+}
+void undoRemoveDocument(BaseDocument* doc) {
+    if (C4DUndoManager* manager = C4DUndoManager::instance()) manager->removeDocument(doc);
+}
+tvr::plr::CUndo* makeSetTimeRestore(double seconds) { return new (std::nothrow) CSetTimeRestoreObj(seconds); }
 
 }  // namespace tvr::plr::adaptor::cinema4d

@@ -115,9 +115,8 @@ int C4DAdaptorInterface::prepareDirectRecording(tvr::util::ReturnValue<core::Mas
     Log scope("Adaptor Prepare Direct Recording", Log::Notice);
     recording = true;
     if (!doc) return 1;
-    // Undoing the recording brings the time back; a refused step stays ours.
-    if (tvr::plr::CUndo* restore = makeSetTimeRestore(getTime()))
-        if (addUndo(restore) != 0) restore->release();
+    // Undoing the recording brings the time back; the undo manager owns the step.
+    if (tvr::plr::CUndo* restore = makeSetTimeRestore(getTime())) recordOwnStep(restore);
     const std::vector<CC4DNode*> held = nodes;
     for (CC4DNode* node : held) prepareNodeRecording(node, doc);
     return 1;
