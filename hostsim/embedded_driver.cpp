@@ -58,9 +58,6 @@ std::string EmbeddedDriver::run(double seconds) {
     return "";
 }
 
-std::string EmbeddedDriver::undo() { return host_.undo() ? "" : "nothing to undo"; }
-
-std::string EmbeddedDriver::redo() { return host_.redo() ? "" : "nothing to redo"; }
 
 std::string EmbeddedDriver::printTree(std::ostream& out) {
     BaseDocument* doc = host_.activeDocument();

@@ -21,8 +21,9 @@ public:
     std::string activateDocument(std::int64_t index) override;
     std::string runCommand(std::int64_t id) override;
     std::string run(double seconds) override;
-    std::string undo() override;
-    std::string redo() override;
+    std::string undo(std::int64_t times) override;
+    std::string redo(std::int64_t times) override;
+    std::string printHistory(std::ostream& out) override;
     std::string printTree(std::ostream& out) override;
     std::string printConsole(std::ostream& out) override;
     std::string printJournal(std::ostream& out) override;

@@ -20,8 +20,9 @@ public:
     virtual std::string runCommand(std::int64_t id) = 0;
     // Lets virtual time pass, running the host's event loop in timer steps.
     virtual std::string run(double seconds) = 0;
-    virtual std::string undo() = 0;
-    virtual std::string redo() = 0;
+    // Presses undo or redo `times` times, then lets the host's event loop catch up.
+    virtual std::string undo(std::int64_t times) = 0;
+    virtual std::string redo(std::int64_t times) = 0;
     virtual std::string printTree(std::ostream& out) = 0;
     virtual std::string printConsole(std::ostream& out) = 0;
     virtual std::string printJournal(std::ostream& out) = 0;
@@ -32,6 +33,12 @@ public:
     // Prints the host side of the first object of that name in the active document.
     virtual std::string inspect(const std::string& object, std::ostream& out) = 0;
     virtual std::string drawCurves(const std::string& object, const std::string& file, std::ostream& out) = 0;
+    // The active document's undo stack as the host keeps it, and beside it the
+    // module's undo steps of that document.
+    virtual std::string printHistory(std::ostream& out) {
+        (void)out;
+        return "this host cannot show its history";
+    }
     // The host's document event `type` told to the active document's scene hooks.
     virtual std::string documentInfo(std::int64_t type, std::ostream& out) {
         (void)type, (void)out;

@@ -12,7 +12,7 @@ namespace {
 struct VerbInfo {
     const char* name;
     Verb verb;
-    enum { None, Text, Integer, Seconds, Line, NameAndFile, Name, Span } argument;
+    enum { None, Text, Integer, Seconds, Line, NameAndFile, Name, Span, Count } argument;
     const char* usage;  // the arguments and one line of what it does, for help
 };
 
@@ -24,8 +24,9 @@ constexpr VerbInfo kVerbs[] = {
     {"activate", Verb::Activate, VerbInfo::Integer, "N           activates the Nth open document (from 1)"},
     {"command", Verb::Command, VerbInfo::Integer, "ID           runs a command plug-in (1023575: the core's main window)"},
     {"run", Verb::Run, VerbInfo::Seconds, "SECONDS         lets time pass: events, timers and the core's run loop"},
-    {"undo", Verb::Undo, VerbInfo::None, "                presses the host's undo"},
-    {"redo", Verb::Redo, VerbInfo::None, "                presses the host's redo"},
+    {"undo", Verb::Undo, VerbInfo::Count, "[N]             presses the host's undo N times (1), then lets the host catch up"},
+    {"redo", Verb::Redo, VerbInfo::Count, "[N]             presses the host's redo N times (1), then lets the host catch up"},
+    {"history", Verb::History, VerbInfo::None, "             the host's undo stack and the module's undo steps of the active document"},
     {"tree", Verb::Tree, VerbInfo::None, "                prints the active document's objects"},
     {"console", Verb::Console, VerbInfo::None, "             prints the host's console"},
     {"journal", Verb::Journal, VerbInfo::None, "             prints every host call the modules made"},
@@ -38,6 +39,9 @@ constexpr VerbInfo kVerbs[] = {
     {"help", Verb::Help, VerbInfo::None, "                lists these commands"},
     {"quit", Verb::Quit, VerbInfo::None, "                ends the session"},
 };
+
+// More presses than this at once is surely a typing error.
+constexpr std::int64_t kMaxPresses = 100000;
 
 // A run longer than a day of virtual time is surely a typing error.
 constexpr double kMaxRunSeconds = 86400.0;
@@ -145,6 +149,13 @@ ParseResult parseLine(const std::string& raw, int lineNumber) {
         if (command.text.empty() || command.file.empty()) result.error = word + " needs an object name and a file name";
         break;
     }
+    case VerbInfo::Count:
+        command.number = 1;
+        if (!argument.empty() && (!parseInteger(argument, command.number) || command.number < 1 ||
+                                  command.number > kMaxPresses))
+            result.error = word + " needs a number of presses from 1 to " + std::to_string(kMaxPresses) + ", not \"" +
+                           argument + "\"";
+        break;
     case VerbInfo::Integer:
         if (!parseInteger(argument, command.number) || command.number < 0 ||
             command.number > INT32_MAX)

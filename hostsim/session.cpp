@@ -20,8 +20,9 @@ bool Session::execute(const Command& command) {
     case Verb::Activate: error = host_.activateDocument(command.number); break;
     case Verb::Command: error = host_.runCommand(command.number); break;
     case Verb::Run: error = host_.run(command.seconds); break;
-    case Verb::Undo: error = host_.undo(); break;
-    case Verb::Redo: error = host_.redo(); break;
+    case Verb::Undo: error = host_.undo(command.number); break;
+    case Verb::Redo: error = host_.redo(command.number); break;
+    case Verb::History: error = host_.printHistory(out_); break;
     case Verb::Tree: error = host_.printTree(out_); break;
     case Verb::Console: error = host_.printConsole(out_); break;
     case Verb::Journal: error = host_.printJournal(out_); break;

@@ -10,6 +10,7 @@ std::vector<VerbEntry> allVerbs() {
     std::vector<VerbEntry> verbs = basicVerbs();
     for (const VerbEntry& v : nodeVerbs()) verbs.push_back(v);
     for (const VerbEntry& v : stateVerbs()) verbs.push_back(v);
+    for (const VerbEntry& v : undoVerbs()) verbs.push_back(v);
     return verbs;
 }
 

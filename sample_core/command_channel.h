@@ -32,6 +32,7 @@ struct VerbEntry {
 std::vector<VerbEntry> basicVerbs();
 std::vector<VerbEntry> nodeVerbs();
 std::vector<VerbEntry> stateVerbs();
+std::vector<VerbEntry> undoVerbs();
 
 // Splits a line into words; a double-quoted word may hold blanks. Answers
 // false (and a reason in `error`) for an unterminated quote.

@@ -36,6 +36,19 @@ bool NodeBook::add(const std::string& name, CoreNode* node) {
 
 void NodeBook::forget(const std::string& name) { nodes_.erase(name); }
 
+CNodePeer* NodeBook::peerFor(const std::string& name) {
+    peers_.push_back(std::make_unique<BookPeer>(*this, name));
+    return peers_.back().get();
+}
+
+void BookPeer::nodeLeaves(CoreNode* node) {
+    if (book_.find(name_) == node) book_.forget(name_);
+}
+
+void BookPeer::nodeReturns(CoreNode* node) {
+    if (!book_.find(name_)) book_.add(name_, node);
+}
+
 std::string NodeBook::freeName(const std::string& base) const {
     if (nodes_.count(base) == 0) return base;
     for (int i = 2;; ++i) {

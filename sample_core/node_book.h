@@ -4,12 +4,14 @@
 #pragma once
 
 #include <map>
+#include <memory>
 #include <string>
 #include <vector>
 
 #include "core_api/adaptor_interface.h"
 #include "core_api/core_node.h"
 #include "core_api/master.h"
+#include "core_api/node_peer.h"
 
 namespace tvr::plr::core::sample {
 
@@ -24,6 +26,23 @@ public:
 
 private:
     static const CMasterDescriptor kDescriptor;
+};
+
+class NodeBook;
+
+// Follows one node the book made: the node leaves the book when the user's
+// undo takes its creation back (or when it is deleted), and comes back with
+// redo (or the undo of the deletion). A node that left belongs to the
+// adaptor's undo step, so the book must not give it back.
+class BookPeer final : public CNodePeer {
+public:
+    BookPeer(NodeBook& book, std::string name) : book_(book), name_(std::move(name)) {}
+    void nodeLeaves(CoreNode* node) override;
+    void nodeReturns(CoreNode* node) override;
+
+private:
+    NodeBook& book_;
+    std::string name_;
 };
 
 class NodeBook {
@@ -43,6 +62,8 @@ public:
     bool add(const std::string& name, CoreNode* node);
     // Forgets the node without giving it back (it was deleted through the adaptor).
     void forget(const std::string& name);
+    // A peer for a node about to be made under `name`; the book keeps it.
+    CNodePeer* peerFor(const std::string& name);
     // `base`, or `base_2`, `base_3` ... whichever is free first.
     std::string freeName(const std::string& base) const;
     const std::map<std::string, CoreNode*>& entries() const { return nodes_; }
@@ -50,6 +71,7 @@ public:
 private:
     SampleMaster master_;
     std::map<std::string, CoreNode*> nodes_;
+    std::vector<std::unique_ptr<BookPeer>> peers_;
 };
 
 }  // namespace tvr::plr::core::sample

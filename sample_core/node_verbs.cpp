@@ -90,7 +90,7 @@ CommandResult camera(SampleCore& core, const Args& args) {
     CoreNode* parent = nullptr;
     if (args.size() == 2 && !(parent = book.find(args[1]))) return noNode(args[1]);
     Bracket bracket(core.adaptor(), "camera");
-    CoreNode* node = core.adaptor()->createCamera(book.master(), args[0], parent, nullptr);
+    CoreNode* node = core.adaptor()->createCamera(book.master(), args[0], parent, book.peerFor(args[0]));
     if (!node) return commandError("the adaptor made no camera (see its log)");
     book.add(args[0], node);
     return {true, "camera " + args[0] + ": object " + label(node)};
@@ -152,7 +152,7 @@ CommandResult mesh(SampleCore& core, const Args& args) {
     }
     if (i != args.size()) return bad();
     Bracket bracket(core.adaptor(), "mesh");
-    CoreNode* node = core.adaptor()->createMeshNode(book.master(), args[0], parent, shape, nullptr);
+    CoreNode* node = core.adaptor()->createMeshNode(book.master(), args[0], parent, shape, book.peerFor(args[0]));
     if (!node) return commandError("the adaptor made no mesh (see its log)");
     book.add(args[0], node);
     return {true, "mesh " + args[0] + ": object " + label(node) + ", " + std::to_string(shape.getPointCount()) +

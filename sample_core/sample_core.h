@@ -9,6 +9,7 @@
 #include "node_book.h"
 #include "stats.h"
 #include "tools.h"
+#include "undo_book.h"
 #include "util/return_value.h"
 #include "util/xml/element.h"
 
@@ -41,6 +42,7 @@ public:
     AdaptorInterface* adaptor() const { return adaptor_; }
     NodeBook& nodes() { return nodes_; }
     ToolBook& tools() { return tools_; }
+    UndoBook& undoBook() { return undoBook_; }
 
 private:
     AdaptorInterface* adaptor_;
@@ -50,6 +52,7 @@ private:
     std::int64_t timeSlices_ = 0;
     util::xml::Element kept_;
     ToolBook tools_{adaptor_};
+    UndoBook undoBook_;
     // Declared last: its nodes go back to the adaptor first when the core goes.
     NodeBook nodes_;
 };

@@ -208,6 +208,16 @@ bool UndoStack::redo() {
   return true;
 }
 
+std::vector<UndoStack::GroupView> UndoStack::view(const std::vector<std::unique_ptr<Group>>& groups) {
+  std::vector<GroupView> out;
+  for (const auto& g : groups) {
+    GroupView records;
+    for (const auto& r : *g) records.push_back({r->type(), r->marker()});
+    out.push_back(std::move(records));
+  }
+  return out;
+}
+
 void UndoStack::clear() {
   // Newest first, so records holding the same identity unwind in order.
   open_.reset();

@@ -26,6 +26,7 @@ class UndoRecord {
   void releaseHeld(HostNode* n);
 
   LONG type() const { return type_; }
+  std::uint64_t marker() const { return marker_; }
 
  private:
   void apply(bool undoing);
@@ -68,10 +69,21 @@ class UndoStack {
   std::size_t redoCount() const { return undone_.size(); }
   std::size_t openRecordCount() const { return open_ ? open_->size() : 0; }
 
+  // For people looking at the history: each record's type and element identity, the closed
+  // groups oldest first, the undone ones with the next to redo last.
+  struct RecordView {
+    LONG type;
+    std::uint64_t marker;
+  };
+  using GroupView = std::vector<RecordView>;
+  std::vector<GroupView> doneGroups() const { return view(done_); }
+  std::vector<GroupView> undoneGroups() const { return view(undone_); }
+
  private:
   using Group = std::vector<std::unique_ptr<UndoRecord>>;
   static void undoGroup(Group& g);
   static void redoGroup(Group& g);
+  static std::vector<GroupView> view(const std::vector<std::unique_ptr<Group>>& groups);
 
   int depth_ = 0;
   std::unique_ptr<Group> open_;

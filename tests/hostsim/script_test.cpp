@@ -23,7 +23,7 @@ TEST(Script, ParsesEveryCommandWithItsArgument) {
         "command 1023575\n"
         "run 0.5\n"
         "\tundo\r\n"
-        "redo\n"
+        "redo 12\n"
         "tree\nconsole\njournal\nquit\n");
     const Script script = parseScript(in);
     ASSERT_EQ(script.error, "");
@@ -38,6 +38,8 @@ TEST(Script, ParsesEveryCommandWithItsArgument) {
     EXPECT_DOUBLE_EQ(script.commands[6].seconds, 0.5);
     EXPECT_EQ(script.commands[7].verb, Verb::Undo);
     EXPECT_EQ(script.commands[7].line, 10);
+    EXPECT_EQ(script.commands[7].number, 1);
+    EXPECT_EQ(script.commands[8].number, 12);
     EXPECT_EQ(script.commands[12].verb, Verb::Quit);
 }
 
@@ -56,6 +58,8 @@ TEST(Script, BadLinesAreNamedWithTheirNumber) {
         {"\trun nan\n", "line 1, column 6: run needs seconds between 0 and 86400, not \"nan\""},
         {"curves c.svg\n", "line 1, column 8: curves needs an object name and a file name"},
         {"core\n", "line 1, column 1: core needs a line for the core (try: core help)"},
+        {"undo 0\n", "line 1, column 6: undo needs a number of presses from 1 to 100000, not \"0\""},
+        {"history all\n", "line 1, column 9: history takes no argument"},
     };
     for (const auto& c : cases) {
         std::istringstream in(c.text);
@@ -82,8 +86,8 @@ public:
     std::string activateDocument(std::int64_t i) override { return answer("activate " + std::to_string(i)); }
     std::string runCommand(std::int64_t id) override { return answer("command " + std::to_string(id)); }
     std::string run(double s) override { return answer("run " + std::to_string(s)); }
-    std::string undo() override { return answer("undo"); }
-    std::string redo() override { return answer("redo"); }
+    std::string undo(std::int64_t times) override { return answer("undo " + std::to_string(times)); }
+    std::string redo(std::int64_t times) override { return answer("redo " + std::to_string(times)); }
     std::string printTree(std::ostream& out) override {
         out << "the tree\n";
         return answer("tree");
@@ -104,10 +108,10 @@ TEST(Session, PlaysUntilQuitAndReportsFailuresWithTheirLine) {
     std::ostringstream out, err;
     Session session(host, out, err);
     std::istringstream in(
-        "new\nsave a.json\ntree\ncore  select \"a b\" c \ncurves Big Cube  c.svg\nview v.svg\nquit\nundo\n");
+        "new\nsave a.json\ntree\ncore  select \"a b\" c \ncurves Big Cube  c.svg\nview v.svg\nundo 3\nquit\nundo\n");
     EXPECT_EQ(session.playScript(in, "s.session"), 1);
     const std::vector<std::string> expected = {"new",          "save a.json", "tree", "core select \"a b\" c",
-                                               "curves Big Cube | c.svg", "view v.svg"};
+                                               "curves Big Cube | c.svg", "view v.svg", "undo 3"};
     EXPECT_EQ(host.calls, expected);
     EXPECT_EQ(out.str(), "the tree\n");
     EXPECT_EQ(err.str(), "s.session: line 2: save: it broke\n");
