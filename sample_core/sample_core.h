@@ -51,7 +51,7 @@ private:
     util::ReturnValue<std::vector<std::string>> identifierSink_{&hostIdentifiers_};
     std::int64_t timeSlices_ = 0;
     util::xml::Element kept_;
-    ToolBook tools_{adaptor_};
+    ToolBook tools_{adaptor_, &nodes_};
     UndoBook undoBook_;
     // Declared last: its nodes go back to the adaptor first when the core goes.
     NodeBook nodes_;

@@ -33,6 +33,15 @@ CommandResult makeTool(SampleCore& core, const std::vector<std::string>& args) {
                       std::to_string(tool->place)};
 }
 
+CommandResult bind(SampleCore& core, const std::vector<std::string>& args) {
+    if (args.size() != 2) return commandError("usage: bind TOOL NODE");
+    Tool* tool = core.tools().find(args[0]);
+    if (!tool) return commandError("no tool \"" + args[0] + "\"");
+    const std::string error = core.tools().bind(*tool, args[1]);
+    if (!error.empty()) return commandError(error);
+    return {true, "bound " + args[1] + " to " + tool->toolName() + ": object \"" + tool->nodes.back()->getName() + "\""};
+}
+
 CommandResult store(SampleCore& core, const std::vector<std::string>& args) {
     if (args.size() > 1) return commandError("usage: store [TOOL]");
     if (args.empty()) {
@@ -160,6 +169,7 @@ CommandResult stop(SampleCore& core, const std::vector<std::string>& args) {
 std::vector<VerbEntry> stateVerbs() {
     return {
         {"tool", "NAME [PARENT] - makes a tool, last among its parent's tools", &makeTool},
+        {"bind", "TOOL NODE - makes the node the tool's (its object is renamed after the tool)", &bind},
         {"store", "[TOOL] - stores one tool's state (or every tool's) on its objects", &store},
         {"load", "- asks the adaptor for the document's stored state and rebuilds the tools", &load},
         {"state", "- lists the tools, their nodes and takes", &showState},

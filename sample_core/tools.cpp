@@ -18,13 +18,7 @@ Tool::Tool(AdaptorInterface* adaptor, std::string name, std::string parent, int 
     : CMaster(&descriptor_), parent(std::move(parent)), place(place), adaptor_(adaptor),
       descriptor_{std::move(name)} {}
 
-Tool::~Tool() { releaseNodes(); }
-
-void Tool::releaseNodes() {
-    for (CoreNode* node : nodes)
-        if (node) node->release();
-    nodes.clear();
-}
+Tool::~Tool() = default;
 
 Element Tool::pluginState() const {
     Element state(util::xml::kTag, "PLT_Plugin");
@@ -78,7 +72,8 @@ int Tool::message(int code, void* data) {
         return 1;
     }
     if (code == kMasterDocumentGone) {
-        releaseNodes();
+        // The book gives the nodes back when it drops the tool; until then
+        // they and this tool stay valid for the adaptor.
         gone = true;
         return 1;
     }
@@ -114,6 +109,15 @@ Tool* ToolBook::find(const std::string& name) const {
 }
 
 void ToolBook::purge() {
+    for (const auto& tool : tools_) {
+        if (!tool->gone) continue;
+        for (CoreNode* node : tool->nodes) {
+            const std::string name = nodes_->nameOf(node);
+            if (!name.empty()) nodes_->forget(name);
+            node->release();
+        }
+        tool->nodes.clear();
+    }
     tools_.erase(std::remove_if(tools_.begin(), tools_.end(), [](const auto& t) { return t->gone; }), tools_.end());
 }
 
@@ -155,10 +159,12 @@ std::string ToolBook::rebuild(const Element& document) {
             CoreNode* linked = i < found.size() ? found[i] : nullptr;
             CoreNode* own = linked ? linked->reacquire(&tool, saved[i].nodeName) : nullptr;
             if (linked) linked->release();
-            if (own)
+            if (own) {
+                nodes_->add(nodes_->freeName(saved[i].nodeName), own);
                 tool.bind(own);
-            else
+            } else {
                 tool.unbound.push_back(saved[i]);
+            }
         }
         report += "core: tool " + name + " rebuilt, " + std::to_string(tool.nodes.size()) + " of " +
                   std::to_string(saved.size()) + " nodes bound\n";
@@ -192,6 +198,24 @@ std::string ToolBook::describe() const {
         queue(tool->toolName(), depth + 1);
     }
     return out.empty() ? std::string("no tools\n") : out;
+}
+
+std::string ToolBook::bind(Tool& tool, const std::string& nodeName) {
+    CoreNode* node = nodes_->find(nodeName);
+    if (!node) return "no node named \"" + nodeName + "\"";
+    if (node->master == &tool) return nodeName + " is already " + tool.toolName() + "'s";
+    for (const auto& other : tools_) {
+        auto& list = other->nodes;
+        list.erase(std::remove(list.begin(), list.end(), node), list.end());
+    }
+    node->detach();
+    CoreNode* own = node->reacquire(&tool, node->name);
+    if (!own) return "the object of " + nodeName + " is gone or driven by another node";
+    nodes_->forget(nodeName);
+    node->release();
+    nodes_->add(nodeName, own);
+    tool.bind(own);
+    return std::string();
 }
 
 void ToolBook::storeAll() {

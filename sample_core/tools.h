@@ -11,6 +11,7 @@
 #include "core_api/adaptor_interface.h"
 #include "core_api/core_node.h"
 #include "core_api/master.h"
+#include "node_book.h"
 #include "util/xml/element.h"
 
 namespace tvr::plr::core::sample {
@@ -43,11 +44,10 @@ public:
     bool readPluginState(const util::xml::Element& state);
 
     void bind(CoreNode* node) { nodes.push_back(node); }
-    // Gives every node back to the adaptor.
-    void releaseNodes();
 
     std::string parent;
     int place = 0;
+    // The nodes it drives; the core's node book owns them.
     std::vector<CoreNode*> nodes;
     std::vector<SavedNode> unbound;
     // One line per recording: "<start>-<end> s, <frames> frames".
@@ -64,7 +64,8 @@ private:
 
 class ToolBook {
 public:
-    explicit ToolBook(AdaptorInterface* adaptor) : adaptor_(adaptor) {}
+    // Nodes the tools bind are filed in `nodes`, which owns them.
+    ToolBook(AdaptorInterface* adaptor, NodeBook* nodes) : adaptor_(adaptor), nodes_(nodes) {}
 
     // A new tool under `parent` (empty: at the top), last among its siblings.
     // Null and `error` set when the name is taken or the parent unknown.
@@ -79,11 +80,16 @@ public:
     std::string describe() const;
     // Stores every tool's state in the document.
     void storeAll();
+    // Makes the book's node `nodeName` the tool's: the node is made again
+    // with the tool as its master (its object is renamed after the tool).
+    // Empty on success, else why not.
+    std::string bind(Tool& tool, const std::string& nodeName);
 
     const std::vector<std::unique_ptr<Tool>>& all() const { return tools_; }
 
 private:
     AdaptorInterface* adaptor_;
+    NodeBook* nodes_;
     std::vector<std::unique_ptr<Tool>> tools_;
 };
 
