@@ -11,6 +11,10 @@ add_library(plr_module OBJECT ${PLR_MODULE_SOURCES})
 target_include_directories(plr_module PUBLIC ${CMAKE_CURRENT_SOURCE_DIR})
 target_link_libraries(plr_module PUBLIC plr_state plr_util plr_xml plr_core_api plr_host_api plr_platform)
 
+if(PLR_FUZZ_ONLY)
+  return()
+endif()
+
 add_library(pelloran MODULE ${CMAKE_CURRENT_SOURCE_DIR}/plugin/host_memory.cpp)
 target_link_libraries(pelloran PRIVATE plr_module)
 # In the build tree as in the install tree: <tree>/plugins/pelloran, found by hostsim.
