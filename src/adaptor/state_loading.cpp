@@ -152,10 +152,12 @@ bool C4DAdaptorInterface::loadStoredStates(bool handToCore) {
         if (!gathered.parsed[i].isEmpty())
             storedStates.push_back(std::make_unique<StoredStateRecord>(sources[i], std::move(gathered.parsed[i])));
 
-    Log notice(Log::Notice);
-    notice.write("STATE:", -1);
-    notice.write(gathered.document.toString("\n", "\t", ""), -1);
-    notice.write("STATE", -1);
+    if (Log::isEnabled(Log::Notice)) {
+        Log notice(Log::Notice);
+        notice.write("STATE:", -1);
+        notice.write(gathered.document.toString("\n", "\t", ""), -1);
+        notice.write("STATE", -1);
+    }
 
     if (handToCore && core) {
         HandOver scope;

@@ -152,9 +152,14 @@ GatheredState gatherState(const std::vector<StoredText>& texts) {
     for (std::size_t t = 0; t < texts.size(); ++t) {
         Element parsed = tvr::util::xml::parse(texts[t].text);
         if (parsed.isEmpty()) refuse(texts[t].object, "the text is not readable; it is left on the object");
-        for (const auto& child : parsed.children())
+        // The masters' states move into the tree; the rest of the text stays.
+        for (std::size_t c = 0; c < parsed.childCount();) {
+            const Element* child = parsed.childAt(c);
             if (child->kind() == tvr::util::xml::kTag && child->name() == "masternode")
-                masters.push_back({*child, t});
+                masters.push_back({std::move(*parsed.takeChildAt(c)), t});
+            else
+                ++c;
+        }
         out.parsed.push_back(std::move(parsed));
     }
 

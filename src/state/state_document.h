@@ -17,7 +17,8 @@ struct StoredText {
 };
 
 struct GatheredState {
-    // Per stored text, in order: its parsed element (empty when it did not parse).
+    // Per stored text, in order: its parsed element (empty when it did not
+    // parse). Its "masternode" children have moved into the tree.
     std::vector<tvr::util::xml::Element> parsed;
     // "PLT" with the top masters' states, their child masters nested in them.
     tvr::util::xml::Element document;

@@ -146,8 +146,11 @@ TEST(StateDocument, RandomScenesComeBackAsTheTreeTheCoreStored) {
         ASSERT_EQ(got.document, expectedDocument(scene)) << "round " << round << "\n"
                                                          << got.document.toString("\n", "  ", "");
         ASSERT_EQ(got.parsed.size(), scene.texts.size());
-        for (std::size_t i = 0; i < scene.texts.size(); ++i)
-            EXPECT_EQ(got.parsed[i], util::xml::parse(scene.texts[i].text));
+        for (std::size_t i = 0; i < scene.texts.size(); ++i) {
+            Element own = util::xml::parse(scene.texts[i].text);  // what is left after the masters moved out
+            if (const Element* master = own.child("masternode")) own.removeChild(master);
+            EXPECT_EQ(got.parsed[i], own);
+        }
         EXPECT_EQ(logSince(mark).find("ERROR"), std::string::npos) << logSince(mark);
     }
 }
