@@ -47,7 +47,6 @@ std::intptr_t CC4DNode::executeExtension(int code, void* argument) {
     }
     case kSetLabel:
         // Answers 0 although the name changed; the core expects exactly that.
-        log.write("execute extension NODE_SETLABEL", -1);
         adaptor->beginUndo("NODE_SETLABEL");
         setName(argument ? *static_cast<const std::string*>(argument) : std::string());
         adaptor->acceptUndo();
