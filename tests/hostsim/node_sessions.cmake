@@ -9,6 +9,7 @@ plr_hostsim_test(hostsim_nodes_session RC 0
       "global\n  0.01 0 0 0\n  0 0.00939693 0.0034202 1\n  0 -0.0034202 0.00939693 2\n  0 0 0 1\nbox moved"
       "cam at 0 s\nlocal\n  1 0 0 -100\n"
       "box has 2 children: \"Sample_spare\", \"Sample_cam\"\ndeleted cam_clone\nbox has 1 child: \"Sample_cam\"\n"
+      "box has 1 child: \"Sample_cam\"\nbox has 2 children: \"Sample_spare\", \"Sample_cam\"\nbox has 1 child: \"Sample_cam\"\nselected"
       "hit at distance 5, point \\(1.5, 0, -1.5\\)"
       "== tree\nDocument Untitled \\(active\\)\n  Sample_floor \\[5100\\]\n  Sample_box \\[5100\\]\n    Sample_cam \\[5103\\]\n"
       "== inspect Sample_cam\ntype 5103 \\(camera\\)\nname \"Sample_cam\"\nparent \"Sample_box\"\nglobal matrix off \\(0, 100, -200\\)"
