@@ -11,6 +11,8 @@
 #include <random>
 #include <sstream>
 
+#include "core_api/master.h"
+#include "nodes/c4d_node.h"
 #include "undo/set_time_restore_obj.h"
 
 namespace tvr::plr::adaptor::cinema4d::testing {
@@ -20,7 +22,8 @@ enum class Kind { Group, Cancel, UserEdit, UserUndo, UserRedo, CoreUndo, Switch 
 
 struct Action {
     Kind kind;
-    // Group and Cancel: 'd' a data step, 't' a time step, '(' and ')' a nested group.
+    // Group and Cancel: 'd' a data step, 't' a time step, '(' and ')' a nested
+    // group; node edits: 'c' a new camera, 'p' a reparent, 'h' a hide, 'x' a deletion.
     std::string shape;
     int count = 0;  // undo and redo presses; the document of a switch
 };
@@ -62,6 +65,10 @@ public:
         addDocument();
     }
     ~Player() {
+        // The core gives back the nodes it holds; undone creations and
+        // deletions in force belong to their undo steps.
+        const std::vector<CC4DNode*> held = adaptor_->nodes;
+        for (CC4DNode* node : held) node->release();
         host_.shutdown();
         for (DataStep* s : steps_) delete s;
     }
@@ -88,7 +95,22 @@ private:
         return false;
     }
 
-    Snapshot snapshot(DocumentModel& m, const CoreData& part) { return {host_.dump(m.doc), part}; }
+    // Reparenting keeps an object's world placement by setting its matrix,
+    // which no undo record covers; with the identity placements used here that
+    // only turns zeros into negative zeros, which are equal.
+    std::string dump(BaseDocument* doc) {
+        std::string text = host_.dump(doc);
+        for (std::size_t at = text.find("-0"); at != std::string::npos; at = text.find("-0", at)) {
+            const char before = at > 0 ? text[at - 1] : ' ';
+            const char after = at + 2 < text.size() ? text[at + 2] : ' ';
+            if ((before == '(' || before == ',') && (after == ',' || after == ')'))
+                text.erase(at, 1);
+            else
+                at += 2;
+        }
+        return text;
+    }
+    Snapshot snapshot(DocumentModel& m, const CoreData& part) { return {dump(m.doc), part}; }
 
     void addDocument() {
         DocumentModel m;
@@ -105,8 +127,10 @@ private:
         docs_.back().done.push_back(snapshot(docs_.back(), CoreData()));
     }
 
-    // Runs a group's shape up to its outermost close, adding to part what its data steps add.
-    void runShape(const std::string& shape, CoreData& part) {
+    // Runs a group's shape up to its outermost close, adding to part what its
+    // data steps add; false when no edit was made (the host drops an empty group).
+    bool runShape(const std::string& shape, CoreData& part) {
+        bool recorded = false;
         adaptor_->beginUndo("group");
         for (char c : shape) {
             if (c == '(') {
@@ -114,16 +138,36 @@ private:
             } else if (c == ')') {
                 adaptor_->acceptUndo();
             } else if (c == 'd') {
+                recorded = true;
                 const std::string name = "s" + std::to_string(++serial_);
                 steps_.push_back(new DataStep(data_, serial_, name, nullptr));
                 adaptor_->addUndo(steps_.back());
                 part.counter += serial_;
                 part.names.insert(name);
+            } else if (c == 'c') {
+                recorded = true;
+                adaptor_->createCamera(&master_, "n" + std::to_string(++serial_), nullptr, nullptr);
+            } else if (c == 'p' || c == 'h' || c == 'x') {
+                const std::vector<CC4DNode*> live = liveNodes(active().doc);
+                if (live.empty()) continue;
+                ++serial_;
+                CC4DNode* node = live[static_cast<std::size_t>(serial_) % live.size()];
+                if (c == 'x') {
+                    recorded |= node->deleteNode(true) == 0;
+                } else if (c == 'h') {
+                    recorded |= node->hide() == 0;
+                } else {
+                    // The top level, or another node; one below the node is refused.
+                    const std::size_t pick = static_cast<std::size_t>(serial_ * 7) % (live.size() + 1);
+                    recorded |= node->setParent(pick == live.size() ? nullptr : live[pick]) == 0;
+                }
             } else if (c == 't') {
+                recorded = true;
                 adaptor_->recordOwnStep(new CSetTimeRestoreObj(adaptor_->getTime()));
                 active().doc->SetTime(BaseTime(static_cast<Real>(static_cast<double>(++serial_ % 977) / 1000.0)));
             }
         }
+        return recorded;
     }
 
     std::string apply(const Action& a) {
@@ -131,12 +175,13 @@ private:
         switch (a.kind) {
         case Kind::Group: {
             CoreData part = m.done.back().part;
-            runShape(a.shape, part);
+            const bool recorded = runShape(a.shape, part);
             // Once a group has been cancelled every close undoes the group, which
             // the host keeps to redo: its state is the one before the close.
             const Snapshot closing = snapshot(m, part);
             adaptor_->acceptUndo();
             if (!settle()) return "the event loop does not rest";
+            if (!recorded) return "";
             if (cancelled_) {
                 m.undone.assign(1, closing);
             } else {
@@ -147,11 +192,11 @@ private:
         }
         case Kind::Cancel: {
             CoreData part = m.done.back().part;
-            runShape(a.shape, part);
+            const bool recorded = runShape(a.shape, part);
             const Snapshot closing = snapshot(m, part);
             adaptor_->cancelUndo();
             cancelled_ = true;
-            m.undone.assign(1, closing);
+            if (recorded) m.undone.assign(1, closing);
             return settle() ? "" : "the event loop does not rest";
         }
         case Kind::UserEdit: {
@@ -200,13 +245,35 @@ private:
         return "";
     }
 
+    // The adaptor's live nodes whose object lies in doc.
+    std::vector<CC4DNode*> liveNodes(BaseDocument* doc) {
+        std::vector<CC4DNode*> live;
+        for (CC4DNode* node : adaptor_->nodes) {
+            BaseObject* op = node->object();
+            if (op && op->GetDocument() == doc) live.push_back(node);
+        }
+        return live;
+    }
+    static int cameras(BaseObject* op) {
+        int n = 0;
+        for (; op; op = op->GetNext()) n += (op->GetType() == Ocamera) + cameras(op->GetDown());
+        return n;
+    }
+
     std::string check() {
+        for (std::size_t i = 0; i < docs_.size(); ++i) {
+            const std::size_t live = liveNodes(docs_[i].doc).size();
+            const int objects = cameras(docs_[i].doc->GetFirstObject());
+            if (static_cast<int>(live) != objects)
+                return "document " + std::to_string(i) + " has " + std::to_string(objects) + " cameras but " +
+                       std::to_string(live) + " live nodes";
+        }
         CoreData expected;
         for (std::size_t i = 0; i < docs_.size(); ++i) {
             const Snapshot& s = docs_[i].done.back();
             expected.counter += s.part.counter;
             expected.names.insert(s.part.names.begin(), s.part.names.end());
-            const std::string now = host_.dump(docs_[i].doc);
+            const std::string now = dump(docs_[i].doc);
             if (now != s.dump) return "document " + std::to_string(i) + " is\n" + now + "expected\n" + s.dump;
         }
         if (!(data_ == expected)) return "core data " + testing::describe(data_) + ", expected " + testing::describe(expected);
@@ -215,6 +282,12 @@ private:
 
     emb::EmbeddedHost host_;
     C4DAdaptorInterface* adaptor_ = nullptr;
+    struct Tool : core::CMaster {
+        Tool() : CMaster(&kDescriptor) {}
+        int message(int, void*) override { return 0; }
+        bool query(int, core::CoreNode*) override { return true; }
+        static inline const core::CMasterDescriptor kDescriptor{"Tool"};
+    } master_;
     std::vector<DocumentModel> docs_;
     std::size_t activeIndex_ = 0;
     CoreData data_;
@@ -235,7 +308,8 @@ std::string randomShape(std::mt19937& rng, bool nested) {
             shape += '(';
             ++open;
         }
-        shape += rng() % 3 == 0 ? 't' : 'd';
+        static const char kEdits[] = "ddddttcccpphx";
+        shape += kEdits[rng() % (sizeof kEdits - 1)];
         if (open > 0 && rng() % 2 == 0) {
             shape += ')';
             --open;
