@@ -4,6 +4,10 @@
 
 #include <cstdio>
 #include <filesystem>
+#include <fstream>
+#include <sstream>
+
+#include "core_api/core_interface.h"
 
 namespace tvr::plr::adaptor::cinema4d::testing {
 namespace {
@@ -98,6 +102,47 @@ TEST_F(UndoTest, SavingWithHistoryOpenAndTheHiddenObjectTakenOutAndPutBack) {
     userUndo();
     userUndo();
     EXPECT_EQ(core->data, CoreData());
+}
+
+// An attached core as far as the scene hook asks: it has nothing to save.
+class QuietCore : public core::CoreInterface {
+public:
+    void saveState(tvr::util::xml::Element&) override {}
+    void loadState(const tvr::util::xml::Element&) override {}
+    void showMain(int) override {}
+    void runLoopStep() override {}
+};
+
+TEST_F(UndoTest, TheSceneHookKeepsTheHiddenObjectOutOfSavedFilesAndDropsAClosedDocumentsRecord) {
+    QuietCore attached;
+    adaptorImpl->core = &attached;
+    core->group("one", {"a"});
+    core->group("two", {"b"});
+    userUndo();
+    const std::string file = (std::filesystem::temp_directory_path() /
+                              ("plr_undo_hook_" + std::to_string(reinterpret_cast<VULONG>(this)) + ".json"))
+                                 .string();
+    ASSERT_TRUE(host.saveDocument(doc, file));
+    std::ifstream in(file);
+    std::stringstream text;
+    text << in.rdbuf();
+    in.close();
+    std::remove(file.c_str());
+    EXPECT_EQ(text.str().find("PLT-UndoContainer"), std::string::npos);
+    EXPECT_NE(text.str().find("\"fps\""), std::string::npos) << text.str();
+    EXPECT_EQ(C4DUndoManager::instance()->getDocumentContainer(doc)->documentName.ToStd(), file);
+    EXPECT_NE(containerObject(), nullptr);
+    settle();
+    userRedo();
+    EXPECT_EQ(core->data.names, (std::set<std::string>{"a", "b"}));
+
+    host.newDocument("other");
+    BaseDocument* closed = doc;
+    const std::size_t records = host.journal().count("EventAdd");
+    host.closeDocument(doc);
+    EXPECT_GT(host.journal().count("EventAdd"), records);
+    EXPECT_FALSE(C4DUndoManager::instance()->hasDocumentContainer(closed));
+    adaptorImpl->core = nullptr;
 }
 
 TEST_F(UndoTest, ClosingTheDocumentInsideAGroupLosesNoStep) {
