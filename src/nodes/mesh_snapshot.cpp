@@ -93,7 +93,7 @@ bool readMesh(BaseObject* op, CMesh& mesh) {
     const LONG polygonCount = poly ? poly->GetPolygonCount() : 0;
     mesh.setPointCount(pointCount);
     mesh.setPolygonCount(polygonCount);
-    if (poly && poly->GetTag(Tuvw)) mesh.setUVCount(polygonCount);  // sized only; no coordinates are read
+    mesh.setUVCount(poly && poly->GetTag(Tuvw) ? polygonCount : 0);  // sized only; no coordinates are read
     const Vector* points = poly ? poly->GetPointR() : nullptr;
     const CPolygon* polygons = poly ? poly->GetPolygonR() : nullptr;
     if (!points || !polygons) return false;
@@ -138,12 +138,11 @@ bool CC4DNode::CC4DSnapshot_Mesh::getMesh(tvr::util::ReturnValue<CMesh>* result)
     Log entry("SnGetMesh", Log::Notice);
     BaseObject* op = resolve();
     if (!op) return false;
-    CMesh mesh;
-    if (!readMesh(op, mesh)) {
+    if (!readMesh(op, scratch_)) {
         logLine("SnGetMesh failed", Log::Error);
         return false;
     }
-    if (result) result->set(mesh);
+    if (result) result->set(scratch_);
     return true;
 }
 

@@ -32,6 +32,8 @@ private:
     BaseObject* resolve() const;
 
     BaseLink* objectLink = nullptr;  // owned copy of the node's link
+    // Read into before it is handed over; kept, so reading again reuses its memory.
+    tvr::util::CMesh scratch_;
 };
 
 // Writes `mesh` into `op` (a polygon object): points as given, triangles with
