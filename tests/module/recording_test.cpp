@@ -57,6 +57,7 @@ public:
         return 0;
     }
     int redo() override { return 0; }
+    void release() override {}  // the test owns it, past the host's end
     core::AdaptorInterface* adaptor;
     int undone = 0;
 };
@@ -70,14 +71,18 @@ protected:
         ASSERT_TRUE(host->loadModule(&c4d_main, "pelloran"));
         adaptor = C4DAdaptorInterface::instance();
     }
-    void TearDown() override { host->shutdown(); }
+    void TearDown() override {
+        for (core::CoreNode* node : made) node->release();  // the core owns what it made
+        host->shutdown();
+    }
 
     NotingMaster& master(const std::string& name) {
         masters.push_back(std::make_unique<NotingMaster>(name, log));
         return *masters.back();
     }
     core::CoreNode* camera(NotingMaster& m, const std::string& name) {
-        return adaptor->createCamera(&m, name, nullptr, nullptr);
+        made.push_back(adaptor->createCamera(&m, name, nullptr, nullptr));
+        return made.back();
     }
     static BaseObject* objectOf(core::CoreNode* node) { return static_cast<CC4DNode*>(node)->object(); }
     static std::string stored(core::CoreNode* node) {
@@ -89,6 +94,8 @@ protected:
     C4DAdaptorInterface* adaptor = nullptr;
     std::vector<std::string> log;
     std::vector<std::unique_ptr<NotingMaster>> masters;
+    std::vector<core::CoreNode*> made;
+    std::unique_ptr<RangeStep> rangeStep;
 };
 
 TEST_F(Recording, MastersSplitAcrossDocumentsAreToldAndLeftOut) {
@@ -154,7 +161,8 @@ TEST_F(Recording, UndoingARecordingBringsTheTimeBack) {
 
 TEST_F(Recording, TimeRangeAndRefreshWaitWhileAStepIsUndone) {
     BaseDocument* doc = host->newDocument();
-    auto* step = new RangeStep(adaptor);
+    rangeStep = std::make_unique<RangeStep>(adaptor);
+    RangeStep* step = rangeStep.get();
     adaptor->beginUndo("Range");
     ASSERT_EQ(adaptor->addUndo(step), 0);
     adaptor->acceptUndo();
@@ -227,7 +235,6 @@ TEST_F(Recording, StoringWritesTheStateOnceOnTheFirstNodeAndNothingWithoutState)
     adaptor->storeMasterState(&rig);
     EXPECT_EQ(stored(first), "");
     (void)doc;
-    gone->release();
 }
 
 }  // namespace

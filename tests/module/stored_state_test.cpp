@@ -176,14 +176,17 @@ TEST_F(StoredState, RandomScenesSurviveSaveCloseAndOpenWithTheUsersChanges) {
 
         BaseDocument* doc = host->newDocument();
         std::vector<std::unique_ptr<TestTool>> masters;
+        std::vector<core::CoreNode*> made;
         std::vector<Element> states;
         states.reserve(tools.size());
         for (const ToolSpec& t : tools) states.push_back(masterNodeOf(tools, t));
         for (std::size_t i = 0; i < tools.size(); ++i) {
             masters.push_back(std::make_unique<TestTool>(tools[i].name));
             masters.back()->state = &states[i];
-            for (int n = 0; n < tools[i].nodes; ++n)
-                ASSERT_NE(adaptor->createCamera(masters.back().get(), "n" + std::to_string(n), nullptr, nullptr), nullptr);
+            for (int n = 0; n < tools[i].nodes; ++n) {
+                made.push_back(adaptor->createCamera(masters.back().get(), "n" + std::to_string(n), nullptr, nullptr));
+                ASSERT_NE(made.back(), nullptr);
+            }
         }
         std::vector<std::size_t> order(tools.size());
         for (std::size_t i = 0; i < order.size(); ++i) order[i] = i;
@@ -217,6 +220,8 @@ TEST_F(StoredState, RandomScenesSurviveSaveCloseAndOpenWithTheUsersChanges) {
         EXPECT_EQ(carrying, 0u);
 
         // The module and the host start again; the file is the first document.
+        for (core::CoreNode* node : made) node->release();  // the core lets go of what it made
+        made.clear();
         stop();
         start();
         TestCore core(adaptor);
