@@ -23,7 +23,7 @@ public:
     bool isUndone() const { return undone_; }
 
 private:
-    C4DAdaptorInterface* adaptor_;  // kept, never read: every call goes to the live adaptor
+    [[maybe_unused]] C4DAdaptorInterface* adaptor_;  // kept, never read: every call goes to the live adaptor
     CC4DNode* node_;
     bool undone_ = false;
 };

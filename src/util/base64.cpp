@@ -197,7 +197,7 @@ ByteArray Base64::decode(const char* text, std::size_t length) {
     const auto* end = in + length;
     const auto& s = kDecode.shifted;
     const std::uint16_t* pairs = pairValues();
-    auto group = [&s](const unsigned char* g) { return s[0][g[0]] | s[1][g[1]] | s[2][g[2]] | s[3][g[3]]; };
+    auto group = [&](const unsigned char* g) { return s[0][g[0]] | s[1][g[1]] | s[2][g[2]] | s[3][g[3]]; };
     while (in != end) {
         // Sixteen characters a round, four pairs from each of two loads, stored
         // as two eight-byte writes whose last two bytes the next write covers;
