@@ -10,6 +10,7 @@
 #include "adaptor/adaptor_hook.h"
 #include "adaptor/c4d_adaptor_interface.h"
 #include "embedded_host/runtime/embedded_host.h"
+#include "no_installation.h"
 #include "embedded_host/scene/document_node.h"
 #include "platform/message_box.h"
 #include "plugin/plugin_main.h"
@@ -43,6 +44,9 @@ public:
 
 class SceneHook : public ::testing::Test {
 protected:
+    // First in, last out: no installation for as long as the fixture lives.
+    tvr::plr::test::NoInstallation noInstallation;
+
     void SetUp() override {
         emb::HostOptions options;
         options.crashHandlers = false;

@@ -18,6 +18,7 @@
 #include "core_api/core_node.h"
 #include "core_api/master.h"
 #include "embedded_host/runtime/embedded_host.h"
+#include "no_installation.h"
 #include "plugin/plugin_main.h"
 #include "state/compressed_state.h"
 #include "util/base64.h"
@@ -120,6 +121,9 @@ Element masterNodeOf(const std::vector<ToolSpec>& tools, const ToolSpec& tool) {
 
 class StoredState : public ::testing::Test {
 protected:
+    // First in, last out: no installation for as long as the fixture lives.
+    tvr::plr::test::NoInstallation noInstallation;
+
     void SetUp() override { start(); }
     void TearDown() override {
         stop();
