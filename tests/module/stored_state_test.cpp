@@ -34,7 +34,7 @@ using tvr::util::xml::TagWithData;
 
 constexpr LONG kStored = 1023579;
 
-struct ToolSpec {
+struct ToolPlan {
     std::string name;
     int parent = -1;
     int place = 0;
@@ -42,7 +42,7 @@ struct ToolSpec {
     int nodes = 1;
 };
 
-// A tool of the test core: stores the state its spec describes.
+// A tool of the test core: stores the state its plan describes.
 class TestTool final : public core::CMaster {
 public:
     explicit TestTool(std::string name) : CMaster(&descriptor), descriptor{std::move(name)} {}
@@ -89,7 +89,7 @@ public:
     std::map<std::string, core::NodeList> bound;
 };
 
-Element pluginOf(const ToolSpec& tool) {
+Element pluginOf(const ToolPlan& tool) {
     Tag plugin("PLT_Plugin");
     plugin.addChild(TagWithData("name", tool.name));
     plugin.addChild(TagWithData("settings", "speed=" + std::to_string(tool.name.size()) + " <fast> & \"loud\""));
@@ -101,7 +101,7 @@ Element pluginOf(const ToolSpec& tool) {
     return std::move(plugin);
 }
 
-Element masterNodeOf(const std::vector<ToolSpec>& tools, const ToolSpec& tool) {
+Element masterNodeOf(const std::vector<ToolPlan>& tools, const ToolPlan& tool) {
     Tag masterNode("masternode");
     const Element plugin = pluginOf(tool);
     if (tool.compressed) {
@@ -164,7 +164,7 @@ TEST_F(StoredState, RandomScenesSurviveSaveCloseAndOpenWithTheUsersChanges) {
     for (int round = 0; round < 12; ++round) {
         SCOPED_TRACE("round " + std::to_string(round));
         // Tools nested at random, places shuffled among siblings.
-        std::vector<ToolSpec> tools(std::size_t(2 + rng() % 7));
+        std::vector<ToolPlan> tools(std::size_t(2 + rng() % 7));
         std::map<int, std::vector<int>> byParent;
         for (std::size_t i = 0; i < tools.size(); ++i) {
             tools[i].name = "t" + std::to_string(i);
@@ -183,7 +183,7 @@ TEST_F(StoredState, RandomScenesSurviveSaveCloseAndOpenWithTheUsersChanges) {
         std::vector<core::CoreNode*> made;
         std::vector<Element> states;
         states.reserve(tools.size());
-        for (const ToolSpec& t : tools) states.push_back(masterNodeOf(tools, t));
+        for (const ToolPlan& t : tools) states.push_back(masterNodeOf(tools, t));
         for (std::size_t i = 0; i < tools.size(); ++i) {
             masters.push_back(std::make_unique<TestTool>(tools[i].name));
             masters.back()->state = &states[i];
@@ -262,7 +262,7 @@ TEST_F(StoredState, RandomScenesSurviveSaveCloseAndOpenWithTheUsersChanges) {
 
         // Every saved node whose object is still there is bound to it.
         for (int i : met) {
-            const ToolSpec& t = tools[std::size_t(i)];
+            const ToolPlan& t = tools[std::size_t(i)];
             const core::NodeList& nodes = core.bound[t.name];
             ASSERT_EQ(nodes.size(), std::size_t(t.nodes));
             for (int n = 0; n < t.nodes; ++n) {
