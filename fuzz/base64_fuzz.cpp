@@ -5,7 +5,7 @@
 #include <cstdlib>
 #include <string>
 
-#include "../tests/util/base64_reference.h"
+#include "test_support/base64_reference.h"
 #include "util/base64.h"
 
 namespace {

@@ -4,8 +4,8 @@
 #include <sstream>
 #include <vector>
 
-#include "scene_picture.h"
-#include "svg_text.h"
+#include "hostsim/scene_picture.h"
+#include "hostsim/svg_text.h"
 
 namespace hostsim {
 

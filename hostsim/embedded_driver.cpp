@@ -1,15 +1,15 @@
-#include "embedded_driver.h"
+#include "hostsim/embedded_driver.h"
 
 #include <cmath>
 #include <fstream>
 #include <vector>
 
-#include "embedded_host/scene/host_node.h"
-#include "object_inspection.h"
 #include "embedded_host/runtime/host_context.h"
 #include "embedded_host/scene/document_node.h"
-#include "platform.h"
-#include "scene_picture.h"
+#include "embedded_host/scene/host_node.h"
+#include "hostsim/object_inspection.h"
+#include "hostsim/scene_picture.h"
+#include "platform/platform.h"
 
 namespace hostsim {
 

@@ -4,7 +4,7 @@
 #include <string>
 
 #include "embedded_host/runtime/embedded_host.h"
-#include "host_driver.h"
+#include "hostsim/host_driver.h"
 
 namespace hostsim {
 

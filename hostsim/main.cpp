@@ -20,14 +20,14 @@
 #include <unistd.h>
 #endif
 
-#include "embedded_driver.h"
 #include "embedded_host/runtime/embedded_host.h"
-#include "message_box.h"
-#include "message_pump.h"
-#include "platform.h"
-#include "registry_overlay.h"
-#include "script.h"
-#include "session.h"
+#include "hostsim/embedded_driver.h"
+#include "hostsim/script.h"
+#include "hostsim/session.h"
+#include "platform/message_box.h"
+#include "platform/message_pump.h"
+#include "platform/platform.h"
+#include "platform/registry_overlay.h"
 
 namespace fs = std::filesystem;
 

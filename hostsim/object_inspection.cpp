@@ -1,4 +1,4 @@
-#include "object_inspection.h"
+#include "hostsim/object_inspection.h"
 
 #include <cstdio>
 #include <sstream>

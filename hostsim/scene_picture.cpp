@@ -1,4 +1,4 @@
-#include "scene_picture.h"
+#include "hostsim/scene_picture.h"
 
 #include <algorithm>
 #include <cmath>
@@ -7,7 +7,7 @@
 #include <sstream>
 #include <vector>
 
-#include "svg_text.h"
+#include "hostsim/svg_text.h"
 
 namespace hostsim {
 

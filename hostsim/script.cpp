@@ -1,4 +1,4 @@
-#include "script.h"
+#include "hostsim/script.h"
 
 #include <cerrno>
 #include <cmath>

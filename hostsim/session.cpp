@@ -1,4 +1,4 @@
-#include "session.h"
+#include "hostsim/session.h"
 
 #include <string>
 

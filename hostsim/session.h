@@ -4,8 +4,8 @@
 #include <istream>
 #include <ostream>
 
-#include "host_driver.h"
-#include "script.h"
+#include "hostsim/host_driver.h"
+#include "hostsim/script.h"
 
 namespace hostsim {
 

@@ -4,10 +4,10 @@
 #include <string>
 #include <vector>
 
-#include "embedded_driver.h"
 #include "embedded_host/runtime/host_context.h"
 #include "embedded_host/runtime/host_table.h"
 #include "embedded_host/scene/document_node.h"
+#include "hostsim/embedded_driver.h"
 
 namespace hostsim {
 

@@ -1,6 +1,6 @@
-#include "command_channel.h"
+#include "sample_core/command_channel.h"
 
-#include "sample_core.h"
+#include "sample_core/sample_core.h"
 
 namespace tvr::plr::core::sample {
 

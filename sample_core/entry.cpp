@@ -2,9 +2,9 @@
 
 #include <string>
 
-#include "command_channel.h"
-#include "sample_core.h"
-#include "stats.h"
+#include "sample_core/command_channel.h"
+#include "sample_core/sample_core.h"
+#include "sample_core/stats.h"
 
 #if defined(_WIN32)
 #define PLR_CORE_EXPORT extern "C" __declspec(dllexport)

@@ -1,4 +1,4 @@
-#include "node_book.h"
+#include "sample_core/node_book.h"
 
 namespace tvr::plr::core::sample {
 

@@ -6,9 +6,9 @@
 #include <cstdio>
 #include <cstdlib>
 
-#include "command_channel.h"
 #include "core_api/csnapshot.h"
-#include "sample_core.h"
+#include "sample_core/command_channel.h"
+#include "sample_core/sample_core.h"
 
 namespace tvr::plr::core::sample {
 

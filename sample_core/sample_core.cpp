@@ -1,4 +1,4 @@
-#include "sample_core.h"
+#include "sample_core/sample_core.h"
 
 #include <cstdio>
 #include <memory>

@@ -6,10 +6,10 @@
 
 #include "core_api/adaptor_interface.h"
 #include "core_api/core_interface.h"
-#include "node_book.h"
-#include "stats.h"
-#include "tools.h"
-#include "undo_book.h"
+#include "sample_core/node_book.h"
+#include "sample_core/stats.h"
+#include "sample_core/tools.h"
+#include "sample_core/undo_book.h"
 #include "util/return_value.h"
 #include "util/xml/element.h"
 

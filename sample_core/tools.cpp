@@ -1,4 +1,4 @@
-#include "tools.h"
+#include "sample_core/tools.h"
 
 #include <algorithm>
 #include <utility>

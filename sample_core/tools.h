@@ -11,7 +11,7 @@
 #include "core_api/adaptor_interface.h"
 #include "core_api/core_node.h"
 #include "core_api/master.h"
-#include "node_book.h"
+#include "sample_core/node_book.h"
 #include "util/xml/element.h"
 
 namespace tvr::plr::core::sample {

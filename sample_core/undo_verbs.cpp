@@ -4,8 +4,8 @@
 #include <cstdlib>
 #include <iterator>
 
-#include "command_channel.h"
-#include "sample_core.h"
+#include "sample_core/command_channel.h"
+#include "sample_core/sample_core.h"
 
 namespace tvr::plr::core::sample {
 

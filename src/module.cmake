@@ -1,13 +1,36 @@
 # The module: its code as an object library (tests link it directly), and the
 # loadable module built from it with the allocation operators routed to the host.
-file(GLOB PLR_MODULE_SOURCES CONFIGURE_DEPENDS
-  ${CMAKE_CURRENT_SOURCE_DIR}/plugin/*.cpp
-  ${CMAKE_CURRENT_SOURCE_DIR}/adaptor/*.cpp
-  ${CMAKE_CURRENT_SOURCE_DIR}/nodes/*.cpp
-  ${CMAKE_CURRENT_SOURCE_DIR}/undo/*.cpp)
-list(REMOVE_ITEM PLR_MODULE_SOURCES ${CMAKE_CURRENT_SOURCE_DIR}/plugin/host_memory.cpp)
-
-add_library(plr_module OBJECT ${PLR_MODULE_SOURCES})
+add_library(plr_module OBJECT
+  adaptor/adaptor_hook.cpp
+  adaptor/c4d_adaptor_interface.cpp
+  adaptor/multi_document_check.cpp
+  adaptor/node_operations.cpp
+  adaptor/state_links.cpp
+  adaptor/state_loading.cpp
+  adaptor/time_and_recording.cpp
+  adaptor/undo_bracket.cpp
+  nodes/c4d_node.cpp
+  nodes/core_axes.cpp
+  nodes/helper_snapshot.cpp
+  nodes/lens_snapshot.cpp
+  nodes/mesh_snapshot.cpp
+  nodes/node_edit.cpp
+  nodes/node_extensions.cpp
+  nodes/node_tracks.cpp
+  nodes/node_undo_hooks.cpp
+  nodes/shape_snapshot.cpp
+  nodes/transform_snapshot.cpp
+  plugin/c4d_adaptor_command.cpp
+  plugin/c4d_main.cpp
+  plugin/core_loader.cpp
+  plugin/plugin_main.cpp
+  undo/c4d_undo_manager.cpp
+  undo/c4d_undo_tag.cpp
+  undo/node_restore_objects.cpp
+  undo/set_time_restore_obj.cpp
+  undo/undo_guard.cpp
+  undo/undo_messages.cpp
+)
 target_include_directories(plr_module PUBLIC ${CMAKE_CURRENT_SOURCE_DIR})
 target_link_libraries(plr_module PUBLIC plr_state plr_util plr_xml plr_core_api plr_host_api plr_platform)
 
@@ -15,7 +38,7 @@ if(PLR_FUZZ_ONLY)
   return()
 endif()
 
-add_library(pelloran MODULE ${CMAKE_CURRENT_SOURCE_DIR}/plugin/host_memory.cpp)
+add_library(pelloran MODULE plugin/host_memory.cpp)
 target_link_libraries(pelloran PRIVATE plr_module)
 # In the build tree as in the install tree: <tree>/plugins/pelloran, found by hostsim.
 set_target_properties(pelloran PROPERTIES PREFIX "" OUTPUT_NAME pelloran

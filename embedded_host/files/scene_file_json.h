@@ -18,6 +18,7 @@ using Json = nlohmann::json;
 // else as {"bytes": "<base64>"}.
 Json encodeBytes(const std::string& bytes);
 bool isValidUtf8(const std::string& bytes);
+// The host's own base64, apart from the module's on purpose: the real host shares no code with the module.
 std::string base64Encode(const std::string& bytes);
 // False on a character outside the alphabet or bad padding.
 bool base64Decode(const std::string& text, std::string* bytes);

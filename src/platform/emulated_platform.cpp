@@ -1,10 +1,10 @@
-#include "emulated_platform.h"
+#include "platform/emulated_platform.h"
 
 #include <cctype>
 #include <utility>
 
-#include "error_codes.h"
-#include "system_messages.h"
+#include "platform/error_codes.h"
+#include "platform/system_messages.h"
 
 namespace tvr::platform {
 namespace {

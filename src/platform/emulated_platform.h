@@ -9,11 +9,11 @@
 #include <memory>
 #include <string>
 
-#include "local_memory.h"
-#include "platform.h"
-#include "platform_overrides.h"
-#include "registry_data.h"
-#include "window_system.h"
+#include "platform/local_memory.h"
+#include "platform/platform.h"
+#include "platform/platform_overrides.h"
+#include "platform/registry_data.h"
+#include "platform/window_system.h"
 
 namespace tvr::platform {
 

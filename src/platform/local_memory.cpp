@@ -1,8 +1,8 @@
-#include "local_memory.h"
+#include "platform/local_memory.h"
 
 #include <cstdlib>
 
-#include "error_codes.h"
+#include "platform/error_codes.h"
 
 namespace tvr::platform {
 

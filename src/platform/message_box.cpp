@@ -1,11 +1,11 @@
-#include "message_box.h"
+#include "platform/message_box.h"
 
 #include <atomic>
 #include <cstdio>
 #include <deque>
 #include <mutex>
 
-#include "error_codes.h"
+#include "platform/error_codes.h"
 
 namespace tvr::platform {
 namespace {

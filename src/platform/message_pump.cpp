@@ -1,6 +1,6 @@
-#include "message_pump.h"
+#include "platform/message_pump.h"
 
-#include "window_system.h"
+#include "platform/window_system.h"
 
 #if defined(_WIN32)
 #define WIN32_LEAN_AND_MEAN

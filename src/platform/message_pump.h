@@ -3,7 +3,7 @@
 
 #include <cstdint>
 
-#include "platform.h"
+#include "platform/platform.h"
 
 namespace tvr::platform {
 

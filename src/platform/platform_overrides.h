@@ -2,7 +2,7 @@
 // them all (the emulation and the recording platform).
 #pragma once
 
-#include "platform.h"
+#include "platform/platform.h"
 
 #define PLR_PLATFORM_OVERRIDES                                                                                     \
     long regOpenKeyEx(KeyHandle root, const char* subKey, std::uint32_t options, std::uint32_t access,            \

@@ -11,10 +11,10 @@
 #include <sstream>
 #include <string>
 
-#include "emulated_platform.h"
-#include "error_codes.h"
-#include "message_box.h"
-#include "platform.h"
+#include "platform/emulated_platform.h"
+#include "platform/error_codes.h"
+#include "platform/message_box.h"
+#include "platform/platform.h"
 
 namespace tvr::platform {
 namespace {

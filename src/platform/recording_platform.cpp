@@ -1,12 +1,12 @@
-#include "recording_platform.h"
+#include "platform/recording_platform.h"
 
 #include <cctype>
 #include <cstdio>
 #include <type_traits>
 #include <utility>
 
-#include "emulated_platform.h"
-#include "error_codes.h"
+#include "platform/emulated_platform.h"
+#include "platform/error_codes.h"
 
 namespace tvr::platform {
 namespace {

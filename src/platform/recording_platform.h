@@ -10,9 +10,9 @@
 #include <string>
 #include <vector>
 
-#include "message_box.h"
-#include "platform.h"
-#include "platform_overrides.h"
+#include "platform/message_box.h"
+#include "platform/platform.h"
+#include "platform/platform_overrides.h"
 
 namespace tvr::platform {
 

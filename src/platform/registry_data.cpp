@@ -1,11 +1,11 @@
-#include "registry_data.h"
+#include "platform/registry_data.h"
 
 #include <cctype>
 #include <cstdint>
 #include <cstring>
 
-#include "error_codes.h"
-#include "platform.h"
+#include "platform/error_codes.h"
+#include "platform/platform.h"
 
 namespace tvr::platform {
 namespace {

@@ -1,7 +1,7 @@
-#include "registry_overlay.h"
+#include "platform/registry_overlay.h"
 
-#include "emulated_platform.h"
-#include "registry_data.h"
+#include "platform/emulated_platform.h"
+#include "platform/registry_data.h"
 
 namespace tvr::platform {
 

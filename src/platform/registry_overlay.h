@@ -5,8 +5,8 @@
 #include <memory>
 #include <string>
 
-#include "platform.h"
-#include "platform_overrides.h"
+#include "platform/platform.h"
+#include "platform/platform_overrides.h"
 
 namespace tvr::platform {
 

@@ -1,9 +1,9 @@
-#include "system_messages.h"
+#include "platform/system_messages.h"
 
 #include <cstring>
 
-#include "error_codes.h"
-#include "local_memory.h"
+#include "platform/error_codes.h"
+#include "platform/local_memory.h"
 
 namespace tvr::platform {
 namespace {

@@ -6,8 +6,8 @@
 #include <cstdlib>
 #include <cstring>
 
-#include "message_box.h"
-#include "platform.h"
+#include "platform/message_box.h"
+#include "platform/platform.h"
 
 namespace tvr::platform {
 namespace {

@@ -1,4 +1,4 @@
-#include "window_system.h"
+#include "platform/window_system.h"
 
 #include <algorithm>
 #include <cctype>
@@ -7,7 +7,7 @@
 #include <utility>
 #include <vector>
 
-#include "error_codes.h"
+#include "platform/error_codes.h"
 
 #if defined(_WIN32)
 #define WIN32_LEAN_AND_MEAN

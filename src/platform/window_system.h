@@ -8,7 +8,7 @@
 #include <map>
 #include <string>
 
-#include "platform.h"
+#include "platform/platform.h"
 
 namespace tvr::platform {
 

@@ -1,6 +1,6 @@
 #include <gtest/gtest.h>
 
-#include "implementations.h"
+#include "test_support/core_api_implementations.h"
 
 namespace tvr::plr::test {
 namespace {

@@ -12,7 +12,7 @@
 #include <cstddef>
 #include <cstring>
 
-#include "implementations.h"
+#include "test_support/core_api_implementations.h"
 
 namespace tvr::plr::test {
 namespace {

@@ -1,4 +1,4 @@
-#include "host_fixture.h"
+#include "test_support/host_fixture.h"
 
 namespace tvr::plr::embedded::testing {
 namespace {

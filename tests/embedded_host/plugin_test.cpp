@@ -3,9 +3,9 @@
 #include <regex>
 #include <string>
 
-#include "embedded_host/scene/document_node.h"
 #include "embedded_host/runtime/host_context.h"
-#include "host_fixture.h"
+#include "embedded_host/scene/document_node.h"
+#include "test_support/host_fixture.h"
 
 LONG linkedTestModuleMain(LONG action, void* p1, void* p2, void* p3);
 

@@ -2,7 +2,7 @@
 #include <random>
 
 #include "embedded_host/runtime/host_context.h"
-#include "host_fixture.h"
+#include "test_support/host_fixture.h"
 
 namespace tvr::plr::embedded::testing {
 namespace {

@@ -1,7 +1,7 @@
 #include <cmath>
 #include <limits>
 
-#include "../embedded_host/host_fixture.h"
+#include "test_support/host_fixture.h"
 
 namespace tvr::plr::embedded::testing {
 namespace {

@@ -7,7 +7,7 @@
 #include <string>
 
 #include "embedded_host/runtime/embedded_host.h"
-#include "scene_picture.h"
+#include "hostsim/scene_picture.h"
 
 namespace hostsim {
 namespace {

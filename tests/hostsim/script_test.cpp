@@ -6,7 +6,7 @@
 #include <string>
 #include <vector>
 
-#include "session.h"
+#include "hostsim/session.h"
 
 namespace hostsim {
 namespace {

@@ -7,10 +7,10 @@
 
 #include "adaptor/c4d_adaptor_interface.h"
 #include "embedded_host/runtime/embedded_host.h"
-#include "message_pump.h"
+#include "platform/message_pump.h"
+#include "platform/registry_overlay.h"
 #include "plugin/plugin_main.h"
-#include "registry_overlay.h"
-#include "stats.h"
+#include "sample_core/stats.h"
 #include "util/log.h"
 #include "util/mesh.h"
 #include "util/xml/element.h"

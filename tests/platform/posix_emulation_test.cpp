@@ -6,10 +6,10 @@
 #include <fstream>
 #include <string>
 
-#include "error_codes.h"
-#include "message_pump.h"
-#include "platform.h"
-#include "test_support.h"
+#include "platform/error_codes.h"
+#include "platform/message_pump.h"
+#include "platform/platform.h"
+#include "platform_helpers.h"
 
 namespace tvr::platform {
 namespace {

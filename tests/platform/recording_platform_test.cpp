@@ -4,8 +4,8 @@
 #include <string>
 #include <vector>
 
-#include "error_codes.h"
-#include "recording_platform.h"
+#include "platform/error_codes.h"
+#include "platform/recording_platform.h"
 
 namespace tvr::platform {
 namespace {

@@ -3,11 +3,11 @@
 
 #include <string>
 
-#include "error_codes.h"
-#include "message_box.h"
-#include "platform.h"
-#include "recording_platform.h"
-#include "test_support.h"
+#include "platform/error_codes.h"
+#include "platform/message_box.h"
+#include "platform/platform.h"
+#include "platform/recording_platform.h"
+#include "platform_helpers.h"
 
 namespace tvr::platform {
 namespace {

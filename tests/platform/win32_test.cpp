@@ -4,11 +4,11 @@
 #include <cstdlib>
 #include <string>
 
-#include "error_codes.h"
-#include "message_box.h"
-#include "message_pump.h"
-#include "platform.h"
-#include "test_support.h"
+#include "platform/error_codes.h"
+#include "platform/message_box.h"
+#include "platform/message_pump.h"
+#include "platform/platform.h"
+#include "platform_helpers.h"
 
 namespace tvr::platform {
 namespace {

@@ -13,8 +13,8 @@
 #include <dlfcn.h>
 #endif
 
-#include "implementations.h"
-#include "stats.h"
+#include "sample_core/stats.h"
+#include "test_support/core_api_implementations.h"
 
 namespace tvr::plr::test {
 namespace {

@@ -8,14 +8,14 @@
 #include <string>
 #include <vector>
 
-#include "../embedded_host/host_fixture.h"
+#include "embedded_host/geometry/polygon_object.h"
+#include "embedded_host/geometry/spline_object.h"
+#include "embedded_host/geometry/uvw_tag.h"
 #include "embedded_host/scene/document_node.h"
 #include "embedded_host/scene/opaque_tag.h"
-#include "embedded_host/geometry/polygon_object.h"
 #include "embedded_host/scene/scene_dump.h"
-#include "embedded_host/geometry/spline_object.h"
 #include "embedded_host/scene/track_node.h"
-#include "embedded_host/geometry/uvw_tag.h"
+#include "test_support/host_fixture.h"
 
 namespace tvr::plr::embedded::testing {
 

@@ -1,6 +1,6 @@
 #include "util/base64.h"
 
-#include "base64_reference.h"
+#include "test_support/base64_reference.h"
 
 #include <gtest/gtest.h>
 

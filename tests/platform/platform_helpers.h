@@ -4,7 +4,7 @@
 #include <cstdint>
 #include <string>
 
-#include "platform.h"
+#include "platform/platform.h"
 
 #if defined(_WIN32)
 #define WIN32_LEAN_AND_MEAN
