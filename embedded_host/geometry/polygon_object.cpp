@@ -1,5 +1,6 @@
 #include "embedded_host/geometry/polygon_object.h"
 
+#include "embedded_host/geometry/uvw_tag.h"
 #include "embedded_host/scene/scene_dump.h"
 
 namespace tvr::plr::embedded {
@@ -39,10 +40,17 @@ void PolygonNode::dumpOwn(DumpOut& out) const {
   out << ']';
 }
 
+void PolygonNode::fitTextureTags() {
+  // Texture coordinates are per polygon: they follow, so no reader runs past them.
+  for (HostNode* t = tags.first; t; t = t->next)
+    if (auto* uvw = dynamic_cast<UVWTagNode*>(t)) uvw->resize(LONG(polygons.size()));
+}
+
 bool PolygonNode::resize(LONG pointCount, LONG polygonCount) {
   if (pointCount < 0 || polygonCount < 0 || pointCount > kMaxElements || polygonCount > kMaxElements) return false;
   points.resize(std::size_t(pointCount));
   polygons.resize(std::size_t(polygonCount));
+  fitTextureTags();
   return true;
 }
 
@@ -51,10 +59,12 @@ bool PolygonNode::clearPart(LONG selector, LONG flags) {
   switch (selector) {
     case 0:
       polygons.clear();
+      fitTextureTags();
       return true;
     case 1:
       points.clear();
       polygons.clear();
+      fitTextureTags();
       return true;
     default:
       return false;

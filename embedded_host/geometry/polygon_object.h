@@ -17,6 +17,7 @@ class PolygonNode : public ObjectNode {
   // Keeps what fits; new points and polygons are zero. Negative counts are refused.
   bool resize(LONG pointCount, LONG polygonCount);
   bool clearPart(LONG selector, LONG flags);
+  void fitTextureTags();
 
   std::vector<Vector> points;
   std::vector<CPolygon> polygons;

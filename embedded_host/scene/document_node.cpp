@@ -88,10 +88,12 @@ static void collectObjects(HostNode* owner, std::vector<std::uint64_t>& out) {
   }
 }
 
-static void writeTracks(HostNode* n, double seconds) {
+// A track without keys has nothing to say and leaves its parameter alone.
+static void writeTracks(HostNode* n, const BaseTime& time, LONG fps) {
   for (HostNode* t = n->tracks.first; t; t = t->next) {
     auto* track = static_cast<TrackNode*>(t);
-    n->setParameter(track->descId, GeData(track->curve.valueAt(seconds)));
+    if (track->curve.keys.empty()) continue;
+    n->setParameter(track->descId, GeData(track->curve.valueAt(time, fps)));
   }
 }
 
@@ -101,13 +103,13 @@ bool DocumentNode::executePasses(BaseThread* bt, bool animation, bool expression
   // Collected first: expressions may change the scene while they run.
   std::vector<std::uint64_t> objects;
   collectObjects(this, objects);
-  const double seconds = settings.time.Get();
+  const BaseTime time = settings.time;
   if (animation) {
     for (std::uint64_t m : objects) {
       HostNode* n = c->registry.fromMarker(m);
       if (!n || n->documentNode() != this) continue;
-      writeTracks(n, seconds);
-      for (HostNode* t = n->tags.first; t; t = t->next) writeTracks(t, seconds);
+      writeTracks(n, time, settings.fps);
+      for (HostNode* t = n->tags.first; t; t = t->next) writeTracks(t, time, settings.fps);
     }
   }
   if (expressions) {
@@ -215,7 +217,11 @@ LONG hostAddUndo(BaseDocument* doc, void* element, LONG type) {
   s << type << " " << (e ? describeNode(e) : std::string(element ? "(unknown)" : "(null)"));
   c->journal.add("AddUndo", s.str());
   if (!d || d->kind != NodeKind::Document) return 0;
-  return static_cast<DocumentNode*>(d)->undo.add(type, e, static_cast<DocumentNode*>(d)) ? 1 : 0;
+  std::string why;
+  if (static_cast<DocumentNode*>(d)->undo.add(type, e, static_cast<DocumentNode*>(d), &why)) return 1;
+  // Outside a group the host ignores records silently; anything else is a module's mistake.
+  if (static_cast<DocumentNode*>(d)->undo.isOpen()) c->journal.add("AddUndo refused", why);
+  return 0;
 }
 
 }  // namespace tvr::plr::embedded

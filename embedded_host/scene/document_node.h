@@ -25,6 +25,7 @@ class DocumentNode : public HostNode {
   ~DocumentNode() override;
 
   HostNode* makeBlank() const override { return nullptr; }  // documents are not copied
+  DocumentNode* ownDocument() const override { return const_cast<DocumentNode*>(this); }
   void dumpOwn(DumpOut& out) const override;
   void releasePluginData() override;
 

@@ -6,7 +6,6 @@
 #include "embedded_host/scene/document_node.h"
 #include "embedded_host/runtime/host_context.h"
 #include "embedded_host/scene/scene_dump.h"
-#include "embedded_host/scene/track_node.h"
 #include "embedded_host/scene/undo_stack.h"
 
 namespace tvr::plr::embedded {
@@ -66,8 +65,7 @@ HostNode* HostNode::parentObject() const {
 DocumentNode* HostNode::documentNode() const {
   const HostNode* n = this;
   while (n) {
-    if (n->kind == NodeKind::Document) return static_cast<DocumentNode*>(const_cast<HostNode*>(n));
-    if (n->kind == NodeKind::SceneHook) return static_cast<const SceneHookNode*>(n)->document;
+    if (DocumentNode* d = n->ownDocument()) return d;
     n = n->listOwner;
   }
   return nullptr;
@@ -241,7 +239,7 @@ CTrack* HostNode::firstTrack() const {
 
 CTrack* HostNode::findTrack(const DescID& id) const {
   for (HostNode* n = tracks.first; n; n = n->next)
-    if (static_cast<TrackNode*>(n)->descId == id) return static_cast<CTrack*>(n->iface());
+    if (const DescID* d = n->animatedId(); d && *d == id) return static_cast<CTrack*>(n->iface());
   return nullptr;
 }
 
@@ -253,12 +251,12 @@ static bool descLess(const DescID& a, const DescID& b) {
 
 void HostNode::insertTrackSorted(CTrack* track) {
   HostNode* t = nodeOf(track);
-  if (!t || t->kind != NodeKind::Track || t == this || kind == NodeKind::Track) return;
-  const DescID& id = static_cast<TrackNode*>(t)->descId;
+  if (!t || !t->animatedId() || t == this || kind == NodeKind::Track) return;
+  const DescID& id = *t->animatedId();
   HostNode* pred = nullptr;
   for (HostNode* n = tracks.first; n; n = n->next) {
     if (n == t) continue;
-    if (descLess(id, static_cast<TrackNode*>(n)->descId)) break;
+    if (descLess(id, *n->animatedId())) break;
     pred = n;
   }
   t->insertInto(this, ListKind::Tracks, pred);
@@ -288,40 +286,7 @@ HostNode* HostNode::deepCopy(bool withTags, bool withTracks, bool withChildren, 
   return copy;
 }
 
-static void swapLists(HostNode& a, HostNode& b, ListKind k) {
-  NodeList* la = a.ownList(k);
-  NodeList* lb = b.ownList(k);
-  std::swap(*la, *lb);
-  for (HostNode* n = la->first; n; n = n->next) n->listOwner = &a;
-  for (HostNode* n = lb->first; n; n = n->next) n->listOwner = &b;
-}
-
-void HostNode::swapWith(HostNode& other, bool withTags, bool withTracks, bool withChildren) {
-  swapOwnWith(other);
-  std::vector<ListKind> kinds;
-  if (withTags) kinds.push_back(ListKind::Tags);
-  if (withTracks) kinds.push_back(ListKind::Tracks);
-  if (withChildren) kinds.push_back(ListKind::Children);
-  const bool thisLive = linkable;
-  const bool otherLive = other.linkable;
-  for (ListKind k : kinds) {
-    // Unregister what leaves each side first, then register what arrives, so shared markers end up
-    // naming the copy that is now live.
-    for (HostNode* n = ownList(k)->first; n; n = n->next) n->setLinkableDeep(false);
-    for (HostNode* n = other.ownList(k)->first; n; n = n->next) n->setLinkableDeep(false);
-    swapLists(*this, other, k);
-    for (HostNode* n = ownList(k)->first; n; n = n->next) {
-      n->setLinkableDeep(thisLive);
-      n->setOwnershipDeep(thisLive ? Ownership::Tree : Ownership::Snapshot);
-    }
-    for (HostNode* n = other.ownList(k)->first; n; n = n->next) {
-      n->setLinkableDeep(otherLive);
-      n->setOwnershipDeep(otherLive ? Ownership::Tree : Ownership::Snapshot);
-    }
-  }
-}
-
-void HostNode::setLinkableDeep(bool on) {
+void HostNode::setLinkable(bool on) {
   HostContext* c = context();
   if (c && on != linkable) {
     if (on)
@@ -330,6 +295,10 @@ void HostNode::setLinkableDeep(bool on) {
       c->registry.dropLinkable(marker, this);
   }
   linkable = on;
+}
+
+void HostNode::setLinkableDeep(bool on) {
+  setLinkable(on);
   for (NodeList* list : {&children, &tags, &tracks})
     for (HostNode* n = list->first; n; n = n->next) n->setLinkableDeep(on);
 }

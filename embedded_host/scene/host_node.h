@@ -64,6 +64,11 @@ class HostNode {
   virtual bool getParameter(const DescID& id, GeData& out);
   virtual bool setParameter(const DescID& id, const GeData& value);
   virtual NodeData* nodeData() const { return nullptr; }
+  // The document this node belongs to by its own nature (a document itself, a scene hook's
+  // document); null for nodes that belong to one only through the tree.
+  virtual DocumentNode* ownDocument() const { return nullptr; }
+  // The parameter a track animates; null for anything but a track.
+  virtual const DescID* animatedId() const { return nullptr; }
   // Frees plug-in data (its code lives in a module); runs first in destruction.
   virtual void releasePluginData() {}
   virtual bool message(LONG id, void* data);
@@ -77,9 +82,12 @@ class HostNode {
   // A copy with own state and, as asked, tags, tracks and children. keepMarkers makes an undo
   // snapshot (same identities, not linkable); otherwise a clone with fresh identities.
   HostNode* deepCopy(bool withTags, bool withTracks, bool withChildren, bool keepMarkers) const;
-  // Swaps own state and, as asked, lists with other; link registration follows the lists.
-  void swapWith(HostNode& other, bool withTags, bool withTracks, bool withChildren);
-  // Registers or unregisters the markers of this subtree (node, tags, tracks, children).
+  // Undo and redo: trades own state and, as asked, lists with other (a copy under the same
+  // identities). Nodes present on both sides stay on the live side and trade contents, so
+  // pointers held to them keep reaching the live scene.
+  void exchangeWith(HostNode& other, bool withTags, bool withTracks, bool withChildren);
+  // Registers or unregisters this node's marker (setLinkableDeep: with its tags, tracks, children).
+  void setLinkable(bool on);
   void setLinkableDeep(bool on);
   void setOwnershipDeep(Ownership o);
 

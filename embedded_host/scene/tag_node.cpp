@@ -15,6 +15,22 @@ void TagNode::copyOwnFrom(const HostNode& src) {
   if (from && pluginData) from->CopyTo(pluginData, src.iface(), iface(), 0, nullptr);
 }
 
+void TagNode::swapOwnWith(HostNode& other) {
+  HostNode::swapOwnWith(other);
+  NodeData* theirs = other.nodeData();
+  if (!pluginData || !theirs) return;
+  // Each side keeps its data object (plug-ins may hold it); the states cross through a spare
+  // node of the same kind: mine to the spare, theirs to me, the spare's to them.
+  HostNode* spare = makeBlank();
+  NodeData* held = spare ? spare->nodeData() : nullptr;
+  if (held) {
+    pluginData->CopyTo(held, iface(), spare->iface(), 0, nullptr);
+    theirs->CopyTo(pluginData, other.iface(), iface(), 0, nullptr);
+    held->CopyTo(theirs, spare->iface(), other.iface(), 0, nullptr);
+  }
+  delete spare;
+}
+
 void TagNode::releasePluginData() {
   if (!pluginData) return;
   NodeData* d = pluginData;

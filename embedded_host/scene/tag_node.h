@@ -11,6 +11,8 @@ class TagNode : public HostNode {
 
   HostNode* makeBlank() const override;
   void copyOwnFrom(const HostNode& src) override;
+  // Plug-in data travels too: its state is traded through the plug-in's own CopyTo.
+  void swapOwnWith(HostNode& other) override;
   NodeData* nodeData() const override { return pluginData; }
   void releasePluginData() override;
   BaseObject* object() const;
@@ -37,6 +39,7 @@ class SceneHookNode : public HostNode {
   SceneHookNode(LONG type, DocumentNode* doc) : HostNode(NodeKind::SceneHook, type), document(doc) {}
 
   HostNode* makeBlank() const override { return nullptr; }  // not copied
+  DocumentNode* ownDocument() const override { return document; }
   NodeData* nodeData() const override { return pluginData; }
   void releasePluginData() override;
 

@@ -1,11 +1,17 @@
 #include "embedded_host/scene/track_node.h"
 
 #include <algorithm>
+#include <unordered_map>
 
 #include "embedded_host/runtime/host_context.h"
 #include "embedded_host/scene/scene_dump.h"
 
 namespace tvr::plr::embedded {
+
+std::uint64_t KeyImpl::newId() {
+  static std::uint64_t last = 0;
+  return ++last;
+}
 
 void KeyImpl::SetTime(CCurve*, const BaseTime& t) {
   time = t;
@@ -90,10 +96,16 @@ Real CurveImpl::valueAt(double t) const {
   return Real(h00 * a.value + h10 * h * m0 + h01 * b.value + h11 * h * m1);
 }
 
-void CurveImpl::copyFrom(const CurveImpl& src) {
+Real CurveImpl::valueAt(const BaseTime& time, LONG fps) const {
+  if (fps < 1) return valueAt(time.Get());
+  return valueAt(BaseTime(time.GetFrame(fps), fps).Get());
+}
+
+void CurveImpl::copyFrom(const CurveImpl& src, bool keepIds) {
   keys.clear();
   for (const auto& k : src.keys) {
     auto key = std::make_unique<KeyImpl>();
+    if (keepIds) key->id = k->id;
     key->time = k->time;
     key->value = k->value;
     key->interpolation = k->interpolation;
@@ -102,8 +114,28 @@ void CurveImpl::copyFrom(const CurveImpl& src) {
   }
 }
 
-void CurveImpl::swapKeys(CurveImpl& other) {
-  std::swap(keys, other.keys);
+void CurveImpl::exchangeKeys(CurveImpl& other) {
+  std::vector<std::uint64_t> mineOrder, theirsOrder;
+  std::unordered_map<std::uint64_t, std::unique_ptr<KeyImpl>> mine, theirs;
+  for (auto& k : keys) mineOrder.push_back(k->id), mine[k->id] = std::move(k);
+  for (auto& k : other.keys) theirsOrder.push_back(k->id), theirs[k->id] = std::move(k);
+  keys.clear();
+  other.keys.clear();
+  for (auto& e : mine) {
+    auto it = theirs.find(e.first);
+    if (it == theirs.end()) continue;
+    std::swap(e.second->time, it->second->time);
+    std::swap(e.second->value, it->second->value);
+    std::swap(e.second->interpolation, it->second->interpolation);
+  }
+  // Here: the other side's order, by the keys that live here wherever they exist. There: the former
+  // order here, by the keys this side did not keep.
+  auto take = [](auto& prefer, auto& fallback, std::uint64_t id) {
+    auto it = prefer.find(id);
+    return std::move(it != prefer.end() ? it->second : fallback.at(id));
+  };
+  for (std::uint64_t id : theirsOrder) keys.push_back(take(mine, theirs, id));
+  for (std::uint64_t id : mineOrder) other.keys.push_back(take(theirs, mine, id));
   for (auto& k : keys) k->curve = this;
   for (auto& k : other.keys) k->curve = &other;
 }
@@ -113,7 +145,8 @@ void TrackNode::copyOwnFrom(const HostNode& src) {
   if (src.kind != NodeKind::Track) return;
   const auto& t = static_cast<const TrackNode&>(src);
   descId = t.descId;
-  curve.copyFrom(t.curve);
+  // A copy under the same identity (an undo copy) keeps its keys' identities too.
+  curve.copyFrom(t.curve, marker == src.marker);
 }
 
 void TrackNode::swapOwnWith(HostNode& other) {
@@ -121,7 +154,7 @@ void TrackNode::swapOwnWith(HostNode& other) {
   if (other.kind != NodeKind::Track) return;
   auto& t = static_cast<TrackNode&>(other);
   std::swap(descId, t.descId);
-  curve.swapKeys(t.curve);
+  curve.exchangeKeys(t.curve);
 }
 
 void TrackNode::dumpOwn(DumpOut& out) const {

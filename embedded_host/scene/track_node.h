@@ -1,5 +1,6 @@
 #pragma once
 // Animation tracks: a track on a parameter (DescID) owns one curve of keys.
+#include <cstdint>
 #include <memory>
 #include <vector>
 
@@ -24,6 +25,9 @@ class KeyImpl : public CKey {
   Real value = 0;
   LONG interpolation = CINTERPOLATION_SPLINE;
   CurveImpl* curve = nullptr;
+  // Identity across undo: a key and its stored copy share it.
+  std::uint64_t id = newId();
+  static std::uint64_t newId();
 };
 
 class CurveImpl : public CCurve {
@@ -37,13 +41,18 @@ class CurveImpl : public CCurve {
   CKey* FindKey(const BaseTime& time, LONG* idx, LONG match) override;
   Bool DelKey(LONG index) override;
   CTrack* GetTrack() override;
-  Real GetValue(const BaseTime& time, LONG fps) override { return valueAt(time.Get()); }
+  Real GetValue(const BaseTime& time, LONG fps) override { return valueAt(time, fps); }
 
   // The curve's value at t seconds: held outside the keys, interpolated by the left key between them.
   Real valueAt(double t) const;
+  // Animation is sampled on the frame grid: the value at the start of the frame time falls in
+  // (GetFrame at fps). No frame rate (fps < 1): at the time itself.
+  Real valueAt(const BaseTime& time, LONG fps) const;
   void resort();
-  void copyFrom(const CurveImpl& src);
-  void swapKeys(CurveImpl& other);
+  // keepIds: a copy for undo, whose keys share the identities of the originals.
+  void copyFrom(const CurveImpl& src, bool keepIds);
+  // Trades keys with other; keys of the same identity stay here and trade contents.
+  void exchangeKeys(CurveImpl& other);
 
   std::vector<std::unique_ptr<KeyImpl>> keys;
   TrackNode* track;
@@ -57,6 +66,7 @@ class TrackNode : public HostNode {
   void swapOwnWith(HostNode& other) override;
   void dumpOwn(DumpOut& out) const override;
   HostNode* makeBlank() const override;
+  const DescID* animatedId() const override { return &descId; }
   BaseList2D* owner() const { return listOwner && inList == ListKind::Tracks ? listOwner->iface() : nullptr; }
 
   DescID descId;
@@ -68,7 +78,10 @@ class TrackImpl : public NodeImpl<CTrack, TrackNode> {
   using NodeImpl<CTrack, TrackNode>::NodeImpl;
   DescID GetDescriptionID() const override { return descId; }
   CCurve* GetCurve(LONG type, Bool) override { return type == CCURVE_CURVE ? &curve : nullptr; }
-  Real GetValue(BaseDocument*, const BaseTime& time, LONG) override { return curve.valueAt(time.Get()); }
+  // The document's frame rate stands in when the caller gives none.
+  Real GetValue(BaseDocument* doc, const BaseTime& time, LONG fps) override {
+    return curve.valueAt(time, fps > 0 || !doc ? fps : doc->GetFps());
+  }
   BaseList2D* GetObject() override { return owner(); }
 };
 

@@ -76,7 +76,7 @@ void UndoRecord::swapChange() {
   HostNode* n = live();
   if (!n || !snapshot_) return;  // the element is gone: nothing to restore into
   const bool rest = type_ != UNDO_CHANGE_SMALL;
-  n->swapWith(*snapshot_, rest, rest, type_ == UNDO_CHANGE);
+  n->exchangeWith(*snapshot_, rest, rest, type_ == UNDO_CHANGE);
 }
 
 void UndoRecord::swapSelection() {
@@ -95,6 +95,9 @@ void UndoRecord::takeOut() {
   n->ownership = Ownership::Undo;
   n->holder = this;
   held_ = n;
+  // A deletion taken again: the object leaves with the state it had when it was deleted.
+  if (restored_ && snapshot_) n->exchangeWith(*snapshot_, true, true, true);
+  restored_ = false;
 }
 
 void UndoRecord::putBack() {
@@ -113,7 +116,15 @@ void UndoRecord::putBack() {
   if (!owner && list_ == ListKind::Children) owner = doc_;  // the old parent is gone: top level
   HostNode* pred = byMarker(predMarker_);
   if (pred && (pred->listOwner != owner || pred->inList != list_ || pred == n)) pred = nullptr;
-  if (owner && n->insertInto(owner, list_, pred)) return;
+  if (owner && n->insertInto(owner, list_, pred)) {
+    // A deletion undone brings the object back as it was recorded, whether it was freed (its
+    // copy revived above) or only removed and perhaps changed since (the same object, states traded).
+    if (!revived && snapshot_) {
+      n->exchangeWith(*snapshot_, true, true, true);
+      restored_ = true;
+    }
+    return;
+  }
   if (revived) {
     // No place to go back to (it would hang under itself): keep it as the copy.
     n->setLinkableDeep(false);
@@ -156,11 +167,20 @@ void UndoStack::end() {
   open_.reset();
 }
 
-bool UndoStack::add(LONG type, HostNode* element, DocumentNode* doc) {
-  if (!open_ || !element || !doc) return false;
-  if (type < UNDO_CHANGE || type > UNDO_DELETE) return false;
-  if (element->kind == NodeKind::Document || element->kind == NodeKind::SceneHook) return false;
-  if (element->ownership == Ownership::Snapshot || !element->linkable) return false;
+bool UndoStack::add(LONG type, HostNode* element, DocumentNode* doc, std::string* why) {
+  auto refuse = [why](const char* text) {
+    if (why) *why = text;
+    return false;
+  };
+  if (!open_) return refuse("no undo group open");
+  if (!element || !doc) return refuse("no element");
+  if (type < UNDO_CHANGE || type > UNDO_DELETE) return refuse("unknown undo type");
+  if (element->kind == NodeKind::Document || element->kind == NodeKind::SceneHook)
+    return refuse("documents and scene hooks have no undo");
+  if (element->ownership == Ownership::Snapshot || !element->linkable) return refuse("not a live node");
+  // The place a creation or deletion is undone to is read when it is recorded.
+  if (type == UNDO_NEW && !element->inTree()) return refuse("UNDO_NEW before the element is inserted");
+  if (type == UNDO_DELETE && !element->inTree()) return refuse("UNDO_DELETE after the element was removed");
   open_->push_back(std::make_unique<UndoRecord>(type, element, doc));
   return true;
 }
@@ -187,10 +207,11 @@ bool UndoStack::undo(bool multiple) {
       open_->pop_back();
       return true;
     }
+    // A cancelled group is gone: it never reached the stack, so it cannot be redone, and the
+    // redo branch it would have dropped stays.
     undoGroup(*open_);
     depth_ = 0;
-    undone_.clear();
-    undone_.push_back(std::move(open_));
+    open_.reset();
     return true;
   }
   if (done_.empty()) return false;

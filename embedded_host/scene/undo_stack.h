@@ -4,6 +4,7 @@
 // delete records move the element out of and back into its place.
 #include <cstdint>
 #include <memory>
+#include <string>
 #include <vector>
 
 #include "embedded_host/scene/host_node.h"
@@ -41,6 +42,7 @@ class UndoRecord {
   DocumentNode* doc_;
   HostNode* snapshot_ = nullptr;  // owned
   HostNode* held_ = nullptr;      // owned while held
+  bool restored_ = false;         // a deletion undone onto the surviving object (states traded)
   std::uint64_t ownerMarker_ = 0;
   ListKind list_ = ListKind::None;
   std::uint64_t predMarker_ = 0;
@@ -56,10 +58,11 @@ class UndoStack {
 
   void start();
   void end();
-  // Records into the open group; false when none is open or the element cannot be recorded.
-  bool add(LONG type, HostNode* element, DocumentNode* doc);
-  // No group open: undoes the last group. Group open: multiple undoes all of it and closes it,
-  // otherwise only its last record.
+  // Records into the open group; false (and why) when none is open or the element cannot be
+  // recorded: creations are recorded after insertion, deletions before removal.
+  bool add(LONG type, HostNode* element, DocumentNode* doc, std::string* why = nullptr);
+  // No group open: undoes the last group. Group open: multiple undoes all of it and closes it
+  // (the group is dropped, not kept for redo), otherwise only its last record.
   bool undo(bool multiple);
   bool redo();
   void clear();

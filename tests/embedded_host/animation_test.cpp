@@ -77,7 +77,7 @@ TEST_F(AnimationTest, ValuesHoldOutsideAndInterpolateByTheLeftKey) {
   EXPECT_FLOAT_EQ(at(9.0), 10);   // after the last key
   EXPECT_FLOAT_EQ(at(1.9f), 10);  // step holds the left key
   EXPECT_FLOAT_EQ(at(2.0), 20);
-  EXPECT_FLOAT_EQ(at(2.25), 25);  // linear
+  EXPECT_FLOAT_EQ(at(2.5), 30);   // linear
   // Spline from 3 to 4: a cubic Hermite with the tangent at 3 the slope from 2 to 4 ((10-20)/2 = -5) and a
   // flat one at the last key; halfway that is 40/2 - 5/8 + 10/2.
   const double expected = 24.375;
@@ -111,6 +111,45 @@ TEST_F(AnimationTest, EvaluationWritesTracksAtTheDocumentTime) {
   EventAdd();
   host.runCycle();
   EXPECT_FLOAT_EQ(op->GetPos().x, 30.0f);
+}
+
+TEST_F(AnimationTest, SampledOnTheFrameGridOfTheGivenOrTheDocumentsRate) {
+  key(0.0, 0, CINTERPOLATION_LINEAR);
+  key(1.0, 30, CINTERPOLATION_LINEAR);
+  const BaseTime t(0.55f);
+  // 0.55 s falls in frame 16 at 30 fps (16/30 s) and in frame 13 at 25 fps (0.52 s).
+  EXPECT_FLOAT_EQ(track->GetValue(doc, t, 30), 16.0f);
+  EXPECT_FLOAT_EQ(track->GetValue(doc, t, 25), 15.6f);
+  EXPECT_FLOAT_EQ(curve->GetValue(t, 25), 15.6f);
+  EXPECT_FLOAT_EQ(track->GetValue(doc, t, 0), 16.0f);  // no rate given: the document's
+  doc->SetFps(10);
+  EXPECT_FLOAT_EQ(track->GetValue(doc, t, 0), 15.0f);
+  // Evaluating the document samples at its own rate.
+  doc->SetTime(t);
+  ASSERT_TRUE(doc->ExecutePasses(nullptr, true, false, false));
+  EXPECT_FLOAT_EQ(op->GetPos().x, 15.0f);
+}
+
+TEST_F(AnimationTest, TracksWithoutKeysLeaveTheirParametersAlone) {
+  BaseObject* cam = add("cam", nullptr, nullptr, Ocamera);
+  for (BaseObject* o : {cam, op})
+    for (LONG id : {CAMERAOBJECT_FOV, CAMERAOBJECT_APERTURE}) o->InsertTrackSorted(CTrack::Alloc(o, DescID(DescLevel(id))));
+  op->SetPos(Vector(4, 0, 0));
+  doc->SetTime(BaseTime(0.5f));
+  ASSERT_TRUE(doc->ExecutePasses(nullptr, true, false, false));
+  GeData d;
+  ASSERT_TRUE(cam->GetParameter(DescID(DescLevel(CAMERAOBJECT_FOV)), d, 0));
+  EXPECT_FLOAT_EQ(d.GetReal(), CAMERAOBJECT_FOV_DEFAULT);
+  ASSERT_TRUE(cam->GetParameter(DescID(DescLevel(CAMERAOBJECT_APERTURE)), d, 0));
+  EXPECT_FLOAT_EQ(d.GetReal(), CAMERAOBJECT_APERTURE_DEFAULT);
+  EXPECT_FALSE(op->GetParameter(DescID(DescLevel(CAMERAOBJECT_FOV)), d, 0));  // nothing written
+  EXPECT_EQ(op->GetPos().x, 4.0f);  // the position track has no keys either
+  // One key and the track speaks.
+  CTrack* fov = cam->FindCTrack(DescID(DescLevel(CAMERAOBJECT_FOV)));
+  fov->GetCurve()->AddKey(BaseTime(0.0f))->SetValue(fov->GetCurve(), 1.5f);
+  ASSERT_TRUE(doc->ExecutePasses(nullptr, true, false, false));
+  ASSERT_TRUE(cam->GetParameter(DescID(DescLevel(CAMERAOBJECT_FOV)), d, 0));
+  EXPECT_FLOAT_EQ(d.GetReal(), 1.5f);
 }
 
 }  // namespace

@@ -77,6 +77,16 @@ TEST_F(GeometryObjectTest, UVWTagHoldsFourVectorsPerPolygon) {
   EXPECT_EQ(static_cast<UVWTag*>(clone->GetTag(Tuvw))->GetSlow(1), s);
   BaseObject::Free(clone);
   EXPECT_EQ(static_cast<UVWTag*>(BaseObject::Alloc(Opolygon)->MakeTag(Tuvw))->GetDataCount(), 0);
+  // The coordinates follow the polygons when the object is resized, kept where they fit, so a
+  // reader walking the polygons never runs past them.
+  ASSERT_TRUE(poly->ResizeObject(4, 1));
+  EXPECT_EQ(uvw->GetDataCount(), 1);
+  ASSERT_TRUE(poly->ResizeObject(4, 3));
+  ASSERT_EQ(uvw->GetDataCount(), poly->GetPolygonCount());
+  EXPECT_EQ(uvw->GetSlow(1), UVWStruct());
+  for (LONG i = 0; i < poly->GetPolygonCount(); ++i) UVWTag::Get(uvw->GetDataAddressR(), i, read);
+  ASSERT_TRUE(poly->ClearPart(0, 0));
+  EXPECT_EQ(uvw->GetDataCount(), 0);
 }
 
 TEST_F(GeometryObjectTest, SplineMeasuresFollowSegments) {
