@@ -207,11 +207,11 @@ bool UndoStack::undo(bool multiple) {
       open_->pop_back();
       return true;
     }
-    // A cancelled group is gone: it never reached the stack, so it cannot be redone, and the
-    // redo branch it would have dropped stays.
+    // The cancelled group is kept on the redo side (the module's undo manager counts on it).
     undoGroup(*open_);
     depth_ = 0;
-    open_.reset();
+    undone_.clear();
+    undone_.push_back(std::move(open_));
     return true;
   }
   if (done_.empty()) return false;

@@ -62,7 +62,7 @@ class UndoStack {
   // recorded: creations are recorded after insertion, deletions before removal.
   bool add(LONG type, HostNode* element, DocumentNode* doc, std::string* why = nullptr);
   // No group open: undoes the last group. Group open: multiple undoes all of it and closes it
-  // (the group is dropped, not kept for redo), otherwise only its last record.
+  // (the group goes to the redo side), otherwise only its last record.
   bool undo(bool multiple);
   bool redo();
   void clear();

@@ -192,7 +192,7 @@ TEST_F(UndoIdentityTest, CreationAndDeletionRecordedAtTheWrongTimeAreRefused) {
   EXPECT_EQ(host.journal().count("AddUndo refused"), 2u);
 }
 
-TEST_F(UndoIdentityTest, NestedGroupCancelledByDoUndoIsGoneAndKeepsTheRedoBranch) {
+TEST_F(UndoIdentityTest, NestedGroupCancelledByDoUndoGoesToTheRedoSide) {
   doc->StartUndo();
   doc->AddUndo(UNDO_CHANGE_SMALL, op);
   op->SetName("kept for redo");
@@ -211,10 +211,10 @@ TEST_F(UndoIdentityTest, NestedGroupCancelledByDoUndoIsGoneAndKeepsTheRedoBranch
   EXPECT_EQ(child->GetName().ToStd(), "child");
   doc->EndUndo();  // the outer close finds nothing open
   EXPECT_FALSE(doc->DoUndo(false));  // nothing closed to undo either
-  // The cancelled group never reached the stack: redo redoes the group before it.
+  // The cancelled group replaced the redo branch: redo brings back both of its records.
   ASSERT_TRUE(host.redo());
-  EXPECT_EQ(op->GetName().ToStd(), "kept for redo");
-  EXPECT_EQ(child->GetName().ToStd(), "child");
+  EXPECT_EQ(op->GetName().ToStd(), "inner");
+  EXPECT_EQ(child->GetName().ToStd(), "outer");
   EXPECT_FALSE(host.redo());
 
   // The user's undo and redo post an event: the next cycle evaluates the document.

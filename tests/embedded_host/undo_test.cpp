@@ -94,8 +94,9 @@ TEST_F(UndoTest, OpenGroupUndoRedoBranchAndJournal) {
   EXPECT_EQ(a->GetName().ToStd(), "a");
   doc->EndUndo();                   // a late close changes nothing
   EXPECT_FALSE(host.undo());        // no closed group to undo
-  EXPECT_FALSE(host.redo());        // nor is the cancelled one kept for redo
-  EXPECT_EQ(a->GetName().ToStd(), "a");
+  EXPECT_TRUE(host.redo());         // the cancelled group can be redone
+  EXPECT_EQ(a->GetName().ToStd(), "three");
+  host.undo();
 
   doc->StartUndo();
   doc->AddUndo(UNDO_CHANGE_SMALL, a);
