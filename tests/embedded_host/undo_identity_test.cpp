@@ -2,7 +2,7 @@
 // redo, plug-in data travels with the undo copies, and records of every kind
 // of node come back.
 #include "embedded_host/runtime/host_context.h"
-#include "host_fixture.h"
+#include "test_support/host_fixture.h"
 
 namespace tvr::plr::embedded::testing {
 namespace {
