@@ -1,22 +1,62 @@
 #!/usr/bin/env bash
-# Builds the libFuzzer targets and runs each for the given number of seconds (default 30).
+# Builds the libFuzzer targets and runs each in turn, one process at a time,
+# then prints the executions of each.
+# Usage: scripts/fuzz.sh [SECONDS | --runs N] [--merge] [TARGET...]
+#   SECONDS     time for each target (default 30)
+#   --runs N    a number of executions for each target instead of a time
+#   --merge     afterwards, minimise what was found together with the seeds
+#               into fuzz/corpus/<target>/ (the committed corpus)
+#   TARGET      base64, xml, state, scene_file (default: all)
 set -euo pipefail
 cd "$(dirname "$0")/.."
-seconds="${1:-30}"
-scripts/install-deps.sh
-cmake --preset fuzz
-cmake --build --preset fuzz -j "$(nproc)"
-shopt -s nullglob
-for bin in build/fuzz/fuzz/*_fuzz; do
-  name=$(basename "$bin")
-  corpus_seed="fuzz/corpus/${name%_fuzz}"
-  work="build/fuzz/corpus/${name}"
-  mkdir -p "$work"
-  echo "== $name for ${seconds}s"
-  seeds=()
-  [[ -d "$corpus_seed" ]] && seeds=("$corpus_seed")
-  # A fuzzer's dictionary, when it has one, is fuzz/<name>.dict.
-  dict=()
-  [[ -f "fuzz/${name%_fuzz}.dict" ]] && dict=("-dict=fuzz/${name%_fuzz}.dict")
-  "$bin" -max_total_time="$seconds" -rss_limit_mb=2048 -timeout=10 -print_final_stats=1 "${dict[@]}" "$work" "${seeds[@]}"
+limit=(-max_total_time=30)
+merge=0
+targets=()
+while (($#)); do
+  case "$1" in
+    --runs) limit=(-runs="$2"); shift 2 ;;
+    --merge) merge=1; shift ;;
+    [0-9]*) limit=(-max_total_time="$1"); shift ;;
+    *) targets+=("$1"); shift ;;
+  esac
 done
+scripts/install-deps.sh
+cmake --preset fuzz >/dev/null
+cmake --build --preset fuzz -j "$(nproc)"
+if ((${#targets[@]} == 0)); then
+  for bin in build/fuzz/fuzz/*_fuzz; do
+    name=$(basename "$bin")
+    targets+=("${name%_fuzz}")
+  done
+fi
+summary=()
+for target in "${targets[@]}"; do
+  bin="build/fuzz/fuzz/${target}_fuzz"
+  seeds="fuzz/corpus/$target"
+  work="build/fuzz/corpus/$target"
+  log="build/fuzz/${target}.log"
+  mkdir -p "$work" "$seeds"
+  dict=()
+  [[ -f "fuzz/$target.dict" ]] && dict=("-dict=fuzz/$target.dict")
+  echo "== $target ${limit[*]}"
+  status=ok
+  "$bin" "${limit[@]}" -jobs=1 -workers=1 -rss_limit_mb=2048 -timeout=10 -print_final_stats=1 \
+    "${dict[@]}" "$work" "$seeds" >"$log" 2>&1 || status=failed
+  runs=$(sed -n 's/^stat::number_of_executed_units: *//p' "$log" | tail -1)
+  rate=$(sed -n 's/^stat::average_exec_per_sec: *//p' "$log" | tail -1)
+  if [[ $status != ok ]]; then
+    tail -40 "$log"
+  fi
+  if ((merge)) && [[ $status == ok ]]; then
+    minimal="build/fuzz/minimal/$target"
+    rm -rf "$minimal" && mkdir -p "$minimal"
+    "$bin" -merge=1 "${dict[@]}" "$minimal" "$seeds" "$work" >>"$log" 2>&1
+    rm -rf "$seeds" && mkdir -p "$seeds" && cp "$minimal"/* "$seeds"/
+  fi
+  summary+=("$(printf '%-12s %14s executions %10s per second  %s' "$target" "${runs:-?}" "${rate:-?}" "$status")")
+done
+printf '%s\n' "${summary[@]}"
+for line in "${summary[@]}"; do
+  [[ $line == *failed ]] && exit 1
+done
+exit 0

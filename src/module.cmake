@@ -60,7 +60,8 @@ install(TARGETS pelloran LIBRARY DESTINATION plugins/pelloran RUNTIME DESTINATIO
 install(FILES ${PROJECT_SOURCE_DIR}/res/mainicon.tif DESTINATION plugins/pelloran/res)
 
 # A registry file that names the installation root (<prefix>/root, where the
-# sample core is installed), for hostsim --registry. Written at install time,
+# sample core is installed), for hostsim --registry; in an archive made by
+# cpack, "root" relative to the folder hostsim runs in. Written at install time,
 # when the prefix is known. A Windows tree installed from Linux is run by wine,
 # which sees the Linux file system as drive Z:.
 if(WIN32 AND CMAKE_HOST_UNIX)
@@ -72,6 +73,11 @@ install(CODE "
   file(TO_CMAKE_PATH \"\${CMAKE_INSTALL_PREFIX}\" plr_prefix)
   get_filename_component(plr_prefix \"\${plr_prefix}\" ABSOLUTE)
   set(plr_root \"${PLR_REGISTRY_DRIVE}\${plr_prefix}/root\")
+  # cpack installs into a staging folder that will not exist where the archive
+  # is unpacked: the packed file names the root relative to the unpacked folder.
+  if(plr_prefix MATCHES \"/_CPack_Packages/\")
+    set(plr_root \"root\")
+  endif()
   string(REPLACE \"\\\\\" \"\\\\\\\\\" plr_root \"\${plr_root}\")
   string(REPLACE \"\\\"\" \"\\\\\\\"\" plr_root \"\${plr_root}\")
   message(STATUS \"Writing \${plr_prefix}/pelloran.reg (root \${plr_root})\")

@@ -3,7 +3,7 @@
 #include <random>
 
 #include "state/compressed_state.h"
-#include "compressed_state_reference.h"
+#include "test_support/compressed_state_reference.h"
 
 using namespace tvr::plr::state;
 

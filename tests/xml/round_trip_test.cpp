@@ -8,6 +8,7 @@
 #include <random>
 
 #include "util/xml/reader.h"
+#include "writer_reference.h"
 
 using namespace tvr::util::xml;
 
@@ -82,5 +83,46 @@ TEST(XmlRoundTrip, CompactAndIndented) {
         Element back;
         ASSERT_EQ(parse(text, back), kReadOk) << "seed " << seed << "\n" << text;
         ASSERT_EQ(back, tree) << "seed " << seed << "\n" << text << "\n" << back.toString("\n", " ", "");
+    }
+}
+
+// The fast writer against the plain one on random trees of every kind of
+// node, any bytes in names, texts and values, and any layout strings.
+TEST(XmlWriter, AgreesWithPlainWriterOnRandomTrees) {
+    std::mt19937 rng(31);
+    auto bytes = [&rng](std::size_t most) {
+        std::string out(rng() % (most + 1), ' ');
+        for (char& c : out) c = static_cast<char>(rng() % 4 ? 32 + rng() % 95 : rng() % 256);
+        return out;
+    };
+    for (int trial = 0; trial < 400; ++trial) {
+        Tag root(bytes(6));
+        std::vector<Element*> tags{&root};
+        for (int n = static_cast<int>(rng() % 40); n > 0; --n) {
+            Element* parent = tags[rng() % tags.size()];
+            const unsigned kind = rng() % 6;
+            if (kind < 2) {
+                Element* tag = parent->addChild(Tag(bytes(8)));
+                for (int a = static_cast<int>(rng() % 3); a > 0; --a) tag->setAttribute(bytes(4), bytes(12));
+                tags.push_back(tag);
+            } else if (kind < 4) {
+                parent->addChild(Text(bytes(30)));
+            } else if (kind == 4) {
+                parent->addChild(Element(kComment, bytes(10)));
+            } else {
+                parent->addChild(Element(8, bytes(3)));  // a kind that writes as nothing
+            }
+        }
+        const std::string newline = trial % 3 ? "\n" : "";
+        const std::string indent = trial % 2 ? "\t" : "  ";
+        const std::string prefix = bytes(2);
+        std::string want;
+        reference::write(want, root, newline, indent, prefix);
+        ASSERT_EQ(root.toString(newline, indent, prefix), want) << trial;
+        ASSERT_EQ(escape(prefix + want), [&] {
+            std::string e;
+            reference::escaped(e, prefix + want);
+            return e;
+        }());
     }
 }

@@ -1,37 +1,12 @@
-// Character references. Classification uses fixed tables, the same as the
-// "C" locale, so the written form never depends on the process's locale.
+// Reading character references (writing them is in writer.cpp). Classification
+// uses fixed tables, the same as the "C" locale, so the result never depends
+// on the process's locale.
 #include <cstring>
 
 #include "util/xml/char_class.h"
 #include "util/xml/element.h"
 
 namespace tvr::util::xml {
-
-void appendEscaped(std::string& out, const char* data, std::size_t size) {
-    std::size_t i = 0;
-    while (i < size) {
-        std::size_t run = i;
-        while (run < size && isPlain(static_cast<unsigned char>(data[run]))) ++run;
-        out.append(data + i, run - i);
-        if (run == size) break;
-        const unsigned value = static_cast<unsigned char>(data[run]);
-        char ref[6] = {'&', '#'};
-        std::size_t n = 2;
-        if (value >= 100) ref[n++] = static_cast<char>('0' + value / 100);
-        if (value >= 10) ref[n++] = static_cast<char>('0' + value / 10 % 10);
-        ref[n++] = static_cast<char>('0' + value % 10);
-        ref[n++] = ';';
-        out.append(ref, n);
-        i = run + 1;
-    }
-}
-
-std::string escape(const std::string& text) {
-    std::string out;
-    out.reserve(text.size());
-    appendEscaped(out, text.data(), text.size());
-    return out;
-}
 
 void appendUnescaped(std::string& out, const char* data, std::size_t size) {
     std::size_t i = 0;

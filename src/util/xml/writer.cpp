@@ -1,60 +1,170 @@
 // Text form of elements. The walk keeps its own stack so that any depth of
-// tree can be written.
+// tree can be written, and writes into room reserved ahead in the string, so
+// that a piece costs a copy and not an append.
+#include <algorithm>
+#include <cstring>
 #include <fstream>
 #include <vector>
 
+#include "util/xml/char_class.h"
 #include "util/xml/element.h"
 
 namespace tvr::util::xml {
 
 namespace {
 
-void appendAttributes(std::string& out, const Element::Attributes& attributes) {
+// The longest form of one byte: "&#255;".
+constexpr std::size_t kMaxEscapedByte = 6;
+
+// Appends to a string through a cursor into room grown ahead of it; the
+// string is cut back to what was written when the sink goes away.
+class Sink {
+public:
+    explicit Sink(std::string& out) : out_(out), used_(out.size()) {}
+    ~Sink() { out_.resize(used_); }
+    Sink(const Sink&) = delete;
+    Sink& operator=(const Sink&) = delete;
+
+    // At least `n` free places at the cursor.
+    char* room(std::size_t n) {
+        if (out_.size() - used_ < n) out_.resize(std::max(out_.size() * 2, used_ + n + 4096));
+        return &out_[used_];
+    }
+    void advanceTo(const char* p) { used_ = static_cast<std::size_t>(p - out_.data()); }
+
+    void put(char c) { *room(1) = c, ++used_; }
+    void put(const char* s, std::size_t n) {
+        std::memcpy(room(n), s, n);
+        used_ += n;
+    }
+    void put(const std::string& s) { put(s.data(), s.size()); }
+    void escaped(const std::string& s) { escaped(s.data(), s.size()); }
+    // In pieces, so that a long text never asks for six times its size at once.
+    void escaped(const char* s, std::size_t n) {
+        while (n > 0) {
+            const std::size_t piece = std::min<std::size_t>(n, 1 << 16);
+            advanceTo(writeEscaped(room(piece * kMaxEscapedByte), s, piece));
+            s += piece;
+            n -= piece;
+        }
+    }
+
+    // Writes the escaped form of s[0, n) at p and answers the end.
+    static char* writeEscaped(char* p, const char* s, std::size_t n) {
+        const char* const end = s + n;
+        while (s != end) {
+            const char* run = s;
+            while (run != end && isPlain(static_cast<unsigned char>(*run))) ++run;
+            std::memcpy(p, s, static_cast<std::size_t>(run - s));
+            p += run - s;
+            if (run == end) break;
+            const unsigned value = static_cast<unsigned char>(*run);
+            *p++ = '&';
+            *p++ = '#';
+            if (value >= 100) *p++ = static_cast<char>('0' + value / 100);
+            if (value >= 10) *p++ = static_cast<char>('0' + value / 10 % 10);
+            *p++ = static_cast<char>('0' + value % 10);
+            *p++ = ';';
+            s = run + 1;
+        }
+        return p;
+    }
+
+private:
+    std::string& out_;
+    std::size_t used_;
+};
+
+void putAttributes(Sink& out, const Element::Attributes& attributes) {
     for (const auto& [name, value] : attributes) {
-        out += ' ';
-        out += name;
-        out += '=';
-        const bool hasDouble = value.find('"') != std::string::npos;
-        const bool hasSingle = value.find('\'') != std::string::npos;
+        out.put(' ');
+        out.put(name);
+        out.put('=');
+        const bool hasDouble = std::memchr(value.data(), '"', value.size()) != nullptr;
+        const bool hasSingle = hasDouble && std::memchr(value.data(), '\'', value.size()) != nullptr;
         if (hasDouble && !hasSingle) {
-            out += '\'';
-            appendEscaped(out, value.data(), value.size());
-            out += '\'';
+            out.put('\'');
+            out.escaped(value);
+            out.put('\'');
         } else if (hasDouble) {
-            out += '"';
-            for (char c : escape(value)) {
-                if (c == '"')
-                    out += "&#34;";
-                else
-                    out += c;
+            // Both quotes: double quotes around, and each '"' as a reference.
+            out.put('"');
+            std::string text;
+            text.reserve(value.size());
+            appendEscaped(text, value.data(), value.size());
+            char* p = out.room(text.size() * 5);
+            for (const char c : text) {
+                if (c == '"') {
+                    std::memcpy(p, "&#34;", 5);
+                    p += 5;
+                } else {
+                    *p++ = c;
+                }
             }
-            out += '"';
+            out.advanceTo(p);
+            out.put('"');
         } else {
-            out += '"';
-            appendEscaped(out, value.data(), value.size());
-            out += '"';
+            out.put('"');
+            out.escaped(value);
+            out.put('"');
         }
     }
 }
 
+// Asks for memory the walk will soon read: the tree's nodes lie wherever they
+// were allocated, and waiting for each in turn costs more than writing it.
+inline void prefetch(const void* p) {
+#if defined(__GNUC__) || defined(__clang__)
+    __builtin_prefetch(p);
+#else
+    (void)p;
+#endif
+}
+
+// A child a few places ahead, and the children and first attribute of one
+// nearer, whose own memory has had time to arrive.
+void prefetchAhead(const Element::Children& kids, std::size_t next) {
+    if (next + 8 < kids.size()) prefetch(kids[next + 8].get());
+    if (next + 3 < kids.size()) {
+        const Element& soon = *kids[next + 3];
+        if (!soon.children().empty()) {
+            prefetch(soon.children().data());
+            prefetch(soon.children().front().get());
+        }
+        if (!soon.attributes().empty()) prefetch(&*soon.attributes().begin());
+    }
+}
+
 // Texts and comments; other kinds that are not tags write as nothing.
-void appendLeaf(std::string& out, const Element& e, const char* prefix, std::size_t prefixLen) {
+void putLeaf(Sink& out, const Element& e, const char* prefix, std::size_t prefixLen) {
     if (e.kind() == kText) {
-        appendEscaped(out, e.name().data(), e.name().size());
+        out.escaped(e.name());
     } else if (e.kind() == kComment) {
-        out.append(prefix, prefixLen);
-        out += "<!-- ";
-        appendEscaped(out, e.name().data(), e.name().size());
-        out += "-- >";  // the space is deliberate: files of this program end comments so
+        out.put(prefix, prefixLen);
+        out.put("<!-- ", 5);
+        out.escaped(e.name());
+        out.put("-- >", 4);  // the space is deliberate: files of this program end comments so
     }
 }
 
 }  // namespace
 
-void Element::appendTo(std::string& out, const std::string& newline, const std::string& indent,
+void appendEscaped(std::string& out, const char* data, std::size_t size) {
+    Sink sink(out);
+    sink.escaped(data, size);
+}
+
+std::string escape(const std::string& text) {
+    std::string out;
+    appendEscaped(out, text.data(), text.size());
+    return out;
+}
+
+void Element::appendTo(std::string& text, const std::string& newline, const std::string& indent,
                        const std::string& prefix) const {
+    Sink out(text);
     if (kind_ != kTag) {
-        appendLeaf(out, *this, prefix.data(), prefix.size());
+        putLeaf(out, *this, prefix.data(), prefix.size());
         return;
     }
     struct Frame {
@@ -69,17 +179,17 @@ void Element::appendTo(std::string& out, const std::string& newline, const std::
 
     // Writes the start of a tag; pushes a frame when it has children.
     auto open = [&](const Element& e, std::size_t prefixLen) {
-        out.append(prefixes.data(), prefixLen);
-        out += '<';
-        appendEscaped(out, e.name_.data(), e.name_.size());
-        appendAttributes(out, e.attributes_);
+        out.put(prefixes.data(), prefixLen);
+        out.put('<');
+        out.escaped(e.name_);
+        if (!e.attributes_.empty()) putAttributes(out, e.attributes_);
         if (e.children_.empty()) {
-            out += "/>";
+            out.put("/>", 2);
             return;
         }
-        out += '>';
+        out.put('>');
         const bool textOnly = e.children_.front()->kind_ == kText;
-        if (!textOnly) out += newline;
+        if (!textOnly) out.put(newline);
         stack.push_back({&e, 0, prefixLen, textOnly});
     };
 
@@ -88,10 +198,12 @@ void Element::appendTo(std::string& out, const std::string& newline, const std::
         Frame& top = stack.back();
         const Children& kids = top.element->children_;
         if (top.next < kids.size()) {
+            if (top.next == 0)
+                for (std::size_t k = 0; k < 8 && k < kids.size(); ++k) prefetch(kids[k].get());
+            prefetchAhead(kids, top.next);
             const Element& c = *kids[top.next];
-            if (top.textOnly && top.next > 0 && c.kind_ == kText &&
-                kids[top.next - 1]->kind_ == kText)
-                out += ' ';
+            if (top.textOnly && top.next > 0 && c.kind_ == kText && kids[top.next - 1]->kind_ == kText)
+                out.put(' ');
             ++top.next;
             const bool textOnly = top.textOnly;
             const std::size_t childPrefixLen = top.prefixLen + indent.size();
@@ -101,16 +213,16 @@ void Element::appendTo(std::string& out, const std::string& newline, const std::
                 open(c, childPrefixLen);
                 if (stack.size() > depth) continue;  // its end adds the newline
             } else {
-                appendLeaf(out, c, prefixes.data(), childPrefixLen);
+                putLeaf(out, c, prefixes.data(), childPrefixLen);
             }
-            if (!textOnly) out += newline;
+            if (!textOnly) out.put(newline);
         } else {
-            if (!top.textOnly) out.append(prefixes.data(), top.prefixLen);
-            out += "</";
-            appendEscaped(out, top.element->name_.data(), top.element->name_.size());
-            out += '>';
+            if (!top.textOnly) out.put(prefixes.data(), top.prefixLen);
+            out.put("</", 2);
+            out.escaped(top.element->name_);
+            out.put('>');
             stack.pop_back();
-            if (!stack.empty() && !stack.back().textOnly) out += newline;
+            if (!stack.empty() && !stack.back().textOnly) out.put(newline);
         }
     }
 }
