@@ -1,3 +1,5 @@
+# Leak checks run with the rest: the asan test preset turns LeakSanitizer on
+# and hands it cmake/lsan.supp, the list of leaks kept on purpose.
 if(PLR_SANITIZE)
   # vptr checks are off: classes shared across the module boundary have hidden
   # visibility, so each binary carries its own type information for them.
