@@ -1,5 +1,8 @@
 #include <gtest/gtest.h>
 
+#include <iterator>
+#include <random>
+
 #include "util/xml/reader.h"
 
 using namespace tvr::util::xml;
@@ -94,4 +97,28 @@ TEST(XmlReader, DepthLimit) {
     EXPECT_EQ(parse(nested(kMaxDepth), e), kReadOk);
     EXPECT_EQ(parse(nested(kMaxDepth + 1), e), kReadMalformed);
     EXPECT_EQ(parse(nested(100000), e), kReadMalformed);
+}
+
+// The one-pass reader behind parse against building from the token list, on
+// seeded random markup: same result code, and the same element when it reads.
+TEST(XmlReader, OnePassAgreesWithTokenListOnRandomMarkup) {
+    const std::string pieces[] = {"<a>", "</a>", "<b x='1'>", "</b>", "<c/>", "<a y=\"&#60;q\" z='2'/>", "text",
+                            " &#38;#65; ", "&#x41;", "&amp;", "<!-- note -- >", "<!x>", "</>", "<>", "\n\t",
+                            "<a", ">", "/>", "=", "'", "\"", "&#", "<b  w = 'v' >", "</b >", "<d k=v>",
+                            std::string("\0", 1), "\x80\xff", "<e\tf='g'\n/>"};
+    std::mt19937 rng(5);
+    for (int trial = 0; trial < 20000; ++trial) {
+        std::string text;
+        for (int n = 1 + static_cast<int>(rng() % 14); n > 0; --n) text += pieces[rng() % std::size(pieces)];
+        if (trial % 50 == 0) text.insert(rng() % text.size(), 1, '\0');
+        Element listed;
+        const int want = read(text, listed);
+        Element parsed;
+        ASSERT_EQ(parse(text, parsed), want) << text;
+        if (want == kReadOk) {
+            ASSERT_EQ(parsed, listed) << text;
+        } else {
+            ASSERT_TRUE(parsed.isEmpty()) << text;
+        }
+    }
 }

@@ -1,5 +1,6 @@
 #include "util/xml/element.h"
 
+#include <algorithm>
 #include <utility>
 
 namespace tvr::util::xml {
@@ -115,6 +116,16 @@ Element* Element::adoptChild(std::unique_ptr<Element> child) {
     if (!child || child->isEmpty()) return this;
     children_.push_back(std::move(child));
     return children_.back().get();
+}
+
+void Element::adoptChildren(Children children) {
+    const bool allKept = std::all_of(children.begin(), children.end(),
+                                     [](const std::unique_ptr<Element>& c) { return c && !c->isEmpty(); });
+    if (children_.empty() && allKept) {
+        children_ = std::move(children);
+        return;
+    }
+    for (auto& c : children) adoptChild(std::move(c));
 }
 
 bool Element::hasAttribute(const std::string& name) const {

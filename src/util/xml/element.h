@@ -45,6 +45,9 @@ public:
     // Takes ownership of `child`; null or empty children are dropped (and
     // this element is returned).
     Element* adoptChild(std::unique_ptr<Element> child);
+    // Takes ownership of a whole list at once, after the children already
+    // there; null or empty ones are dropped.
+    void adoptChildren(Children children);
 
     std::uint32_t kind() const { return kind_; }
     const std::string& name() const { return name_; }

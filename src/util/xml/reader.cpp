@@ -15,6 +15,7 @@ std::size_t findByte(const char* data, std::size_t from, std::size_t size, char 
 }
 
 std::string unescaped(const char* data, std::size_t size) {
+    if (!std::memchr(data, '&', size)) return std::string(data, size);
     std::string out;
     out.reserve(size);
     appendUnescaped(out, data, size);
@@ -27,15 +28,23 @@ std::string unescaped(std::string&& text) {
     return unescaped(text.data(), text.size());
 }
 
-// Produces the tokens of a text one at a time; empty tokens never appear.
-class TokenStream {
+// The tokens of a text one at a time, as spans of the text itself: nothing
+// is copied or unescaped here. Empty tokens never appear (a text token is
+// never empty once unescaped either: every byte in gives at least one out).
+struct RawToken {
+    int type = kTokenText;
+    const char* text = nullptr;
+    std::size_t size = 0;
+};
+
+class RawTokenStream {
 public:
-    TokenStream(const char* data, std::size_t size)
+    RawTokenStream(const char* data, std::size_t size)
         : data_(data), size_(findByte(data, 0, size, '\0')) {  // a zero byte ends the text
         advance();
     }
 
-    Token* peek() { return has_ ? &token_ : nullptr; }
+    const RawToken* peek() const { return has_ ? &token_ : nullptr; }
 
     void advance() {
         has_ = false;
@@ -66,32 +75,52 @@ private:
                 type = kTokenEmptyElement;
                 --textEnd;
             }
-            set(type, data + i, textEnd - i, false);
+            set(type, data + i, textEnd - i);
             i_ = end < size ? end + 1 : size;
         } else {
             // Whitespace in front of text belongs to the text.
             const std::size_t end = findByte(data, i, size, '<');
-            set(kTokenText, data + spaceStart, end - spaceStart, true);
+            set(kTokenText, data + spaceStart, end - spaceStart);
             i_ = end;
         }
     }
 
-    void set(int type, const char* text, std::size_t size, bool unescape) {
-        if (size == 0) return;
-        token_.type = type;
-        token_.text.clear();
-        if (unescape)
-            appendUnescaped(token_.text, text, size);
-        else
-            token_.text.assign(text, size);
-        has_ = !token_.text.empty();
+    void set(int type, const char* text, std::size_t size) {
+        token_ = RawToken{type, text, size};
+        has_ = size > 0;
     }
 
     const char* data_;
     std::size_t size_;
     std::size_t i_ = 0;
-    Token token_;
+    RawToken token_;
     bool has_ = false;
+};
+
+// Tokens with their texts: a text token unescaped once, the others as written.
+class TokenStream {
+public:
+    TokenStream(const char* data, std::size_t size) : raw_(data, size) { fill(); }
+    Token* peek() { return raw_.peek() ? &token_ : nullptr; }
+    void advance() {
+        raw_.advance();
+        fill();
+    }
+
+private:
+    void fill() {
+        const RawToken* raw = raw_.peek();
+        if (!raw) return;
+        token_.type = raw->type;
+        token_.text.clear();
+        if (raw->type == kTokenText)
+            appendUnescaped(token_.text, raw->text, raw->size);
+        else
+            token_.text.assign(raw->text, raw->size);
+    }
+
+    RawTokenStream raw_;
+    Token token_;
 };
 
 // Tokens from a list the caller keeps; their texts are copied.
@@ -107,28 +136,14 @@ private:
     std::size_t& index_;
 };
 
-// Tokens made on demand; their texts are moved into the elements.
-class StreamSource {
-public:
-    explicit StreamSource(TokenStream& stream) : stream_(stream) {}
-    Token* peek() { return stream_.peek(); }
-    void advance() { stream_.advance(); }
-    static std::string take(Token& token) { return std::move(token.text); }
-
-private:
-    TokenStream& stream_;
-};
-
-std::size_t nameEnd(const std::string& text) {
+std::size_t nameEnd(const char* s, std::size_t n) {
     std::size_t p = 0;
-    while (p < text.size() && !isSpace(static_cast<unsigned char>(text[p]))) ++p;
+    while (p < n && !isSpace(static_cast<unsigned char>(s[p]))) ++p;
     return p;
 }
 
 // The attributes of an open or empty-element token, from `p` on.
-int readAttributes(const std::string& text, std::size_t p, Element::Attributes& attributes) {
-    const char* s = text.data();
-    const std::size_t n = text.size();
+int readAttributes(const char* s, std::size_t n, std::size_t p, Element::Attributes& attributes) {
     for (;;) {
         while (p < n && isSpace(static_cast<unsigned char>(s[p]))) ++p;
         if (p == n || s[p] == '?') return kReadOk;  // '?' ends a declaration's attributes
@@ -148,12 +163,16 @@ int readAttributes(const std::string& text, std::size_t p, Element::Attributes& 
     }
 }
 
-// A tag from an open or empty-element token: name up to the first whitespace,
-// then attributes. On error the element keeps what was read.
+// A tag from the text of an open or empty-element token: name up to the first
+// whitespace, then attributes. On error the element keeps what was read.
+int readTag(const char* s, std::size_t n, Element& element) {
+    const std::size_t end = nameEnd(s, n);
+    element = Element(kTag, unescaped(s, end));
+    return readAttributes(s, n, end, element.attributes());
+}
+
 int readTag(const Token& token, Element& element) {
-    const std::size_t end = nameEnd(token.text);
-    element = Element(kTag, unescaped(token.text.data(), end));
-    return readAttributes(token.text, end, element.attributes());
+    return readTag(token.text.data(), token.text.size(), element);
 }
 
 std::unique_ptr<Element> leafOf(int type, std::string text) {
@@ -231,10 +250,97 @@ int build(Source& source, Element& element) {
     }
 }
 
-bool isDeclaration(const Token& token) {
-    const std::string& t = token.text;
-    return token.type == kTokenOpen && t.compare(0, 4, "?xml") == 0 &&
-           (t.size() == 4 || t[4] == '?' || isSpace(static_cast<unsigned char>(t[4])));
+bool isDeclaration(const RawToken& token) {
+    const char* t = token.text;
+    return token.type == kTokenOpen && token.size >= 4 && std::memcmp(t, "?xml", 4) == 0 &&
+           (token.size == 4 || t[4] == '?' || isSpace(static_cast<unsigned char>(t[4])));
+}
+
+// The one-pass reader behind parse: tokens stay spans of the text, strings are
+// made once each, and a tag's children are gathered and handed over in one
+// piece when it closes. Gives the same element and result as building from
+// the token list; on error the caller drops what was built.
+int buildFromText(RawTokenStream& tokens, Element& element) {
+    const RawToken* first = tokens.peek();
+    if (!first) return kReadMalformed;
+    switch (first->type) {
+        case kTokenText:
+            element = Element(kText, unescaped(unescaped(first->text, first->size)));
+            return kReadOk;
+        case kTokenComment:
+            element = Element(kComment, unescaped(first->text, first->size));
+            return kReadOk;
+        case kTokenClose:
+            return kReadUnexpectedClose;
+        case kTokenEmptyElement:
+            return readTag(first->text, first->size, element);
+        case kTokenOpen:
+            break;
+        default:
+            return kReadMalformed;
+    }
+    int result = readTag(first->text, first->size, element);
+    if (result != kReadOk) return result;
+    tokens.advance();
+
+    // Tags open below `element`, and where each one's children start in `pending`.
+    struct Open {
+        std::unique_ptr<Element> element;
+        std::size_t firstChild;
+    };
+    std::vector<Open> open;
+    Element::Children pending;
+    std::size_t firstChild = 0;  // of the innermost open tag
+    for (;;) {
+        Element& current = open.empty() ? element : *open.back().element;
+        const RawToken* token = tokens.peek();
+        if (!token) return kReadUnclosed;
+        switch (token->type) {
+            case kTokenClose: {
+                const std::string& name = current.name();
+                if (token->size != name.size() || std::memcmp(token->text, name.data(), name.size()) != 0)
+                    return kReadMismatchedClose;
+                tokens.advance();
+                Element::Children children;
+                children.reserve(pending.size() - firstChild);
+                for (std::size_t k = firstChild; k < pending.size(); ++k) children.push_back(std::move(pending[k]));
+                pending.resize(firstChild);
+                current.adoptChildren(std::move(children));
+                if (open.empty()) return kReadOk;
+                pending.push_back(std::move(open.back().element));
+                firstChild = open.back().firstChild;
+                open.pop_back();
+                break;
+            }
+            case kTokenText:
+                pending.push_back(
+                    std::make_unique<Element>(kText, unescaped(unescaped(token->text, token->size))));
+                tokens.advance();
+                break;
+            case kTokenComment:
+                pending.push_back(std::make_unique<Element>(kComment, unescaped(token->text, token->size)));
+                tokens.advance();
+                break;
+            case kTokenEmptyElement:
+            case kTokenOpen: {
+                const bool opens = token->type == kTokenOpen;
+                if (opens && open.size() + 2 > kMaxDepth) return kReadMalformed;
+                auto child = std::make_unique<Element>();
+                result = readTag(token->text, token->size, *child);
+                if (result != kReadOk) return result;
+                tokens.advance();
+                if (opens) {
+                    open.push_back({std::move(child), firstChild});
+                    firstChild = pending.size();
+                } else {
+                    pending.push_back(std::move(child));
+                }
+                break;
+            }
+            default:
+                return kReadMalformed;
+        }
+    }
 }
 
 }  // namespace
@@ -254,11 +360,10 @@ int readElement(const std::vector<Token>& tokens, std::size_t& index, Element& e
 }
 
 int parse(const std::string& text, Element& element) {
-    TokenStream stream(text.data(), text.size());
-    if (stream.peek() && isDeclaration(*stream.peek())) stream.advance();
-    StreamSource source(stream);
+    RawTokenStream tokens(text.data(), text.size());
+    if (tokens.peek() && isDeclaration(*tokens.peek())) tokens.advance();
     Element result;
-    const int code = build(source, result);
+    const int code = buildFromText(tokens, result);
     element = code == kReadOk ? std::move(result) : Element();
     return code;
 }
