@@ -28,6 +28,9 @@
 #include "platform/message_pump.h"
 #include "platform/platform.h"
 #include "platform/registry_overlay.h"
+#if defined(_WIN32)
+#include "hostsim/system_registry.h"
+#endif
 
 namespace fs = std::filesystem;
 
@@ -83,13 +86,6 @@ bool interactiveInput() {
 #endif
 }
 
-// Boxes never block here: they are printed where the session's output goes.
-int printMessageBox(const char* text, const char* caption, std::uint32_t) {
-    std::printf("[MessageBox] %s: %s\n", caption ? caption : "", text ? text : "");
-    std::fflush(stdout);
-    return 1;  // IDOK
-}
-
 std::vector<fs::path> findModules(const fs::path& folder) {
     std::vector<fs::path> modules;
     std::error_code ec;
@@ -140,7 +136,12 @@ int main(int argc, char** argv) {
     }
 
     // The registry file answers the module's registry calls; everything else stays the system's.
+    // On Windows the module has its own copy of the platform layer, which only the system reaches.
+#if defined(_WIN32)
+    std::unique_ptr<hostsim::SystemRegistryOverride> systemRegistry;
+#else
     std::unique_ptr<tvr::platform::RegistryOverlayPlatform> registryPlatform;
+#endif
     if (!options.registry.empty()) {
         std::ifstream in(options.registry, std::ios::binary);
         if (!in) {
@@ -149,14 +150,28 @@ int main(int argc, char** argv) {
         }
         std::ostringstream text;
         text << in.rdbuf();
+#if defined(_WIN32)
+        std::string error;
+        systemRegistry = hostsim::SystemRegistryOverride::fromText(text.str(), error);
+        if (!systemRegistry) {
+            std::cerr << "hostsim: " << options.registry << " " << error << "\n";
+            return 2;
+        }
+#else
         registryPlatform = tvr::platform::RegistryOverlayPlatform::fromText(tvr::platform::platform(), text.str());
         if (!registryPlatform) {
             std::cerr << "hostsim: " << options.registry << " is not a REGEDIT4 file\n";
             return 2;
         }
         tvr::platform::setPlatform(registryPlatform.get());
+#endif
     }
-    tvr::platform::setMessageBoxSink(&printMessageBox);
+    // Boxes never block here: they are printed where the session's output goes. The variable
+    // reaches the module's own copy of the platform layer on Windows.
+    tvr::platform::setMessageBoxSink(&tvr::platform::printMessageBox);
+#if defined(_WIN32)
+    SetEnvironmentVariableA("PLR_UNATTENDED", "1");
+#endif
 
     tvr::plr::embedded::HostOptions hostOptions;
     hostOptions.echoConsole = !options.quiet;

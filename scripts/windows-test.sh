@@ -123,10 +123,34 @@ else
   fi
 fi
 
+echo "== the plug-in folder alone"
+# The module as it ships: a copy of the installed plug-in folder somewhere else, a copy of hostsim
+# beside nothing, no folder of the project on the search path and only the installation root in
+# the registry. The module must still load and attach the core.
+if [[ -z "$hostsim" || -z "$module" ]]; then
+  fail "no installed hostsim.exe or pelloran.cdl64 to copy"
+else
+  elsewhere="$root_dir/$build/elsewhere/any place"
+  rm -rf "$root_dir/$build/elsewhere"
+  mkdir -p "$elsewhere/bin" "$elsewhere/plugins"
+  cp "$hostsim" "$elsewhere/bin/"
+  cp -r "$(dirname "$module")" "$elsewhere/plugins/"
+  if (cd "$elsewhere/bin" && WINEPATH="" timeout "$per_test_timeout" "$wine" ./hostsim.exe \
+        "$(winpath "$root_dir/examples/first.session")") >"$log_dir/alone.log" 2>&1 &&
+     grep -q "core: main window opened" "$log_dir/alone.log" &&
+     ! grep -q -e "MessageBox" -e "CORE is not attached" "$log_dir/alone.log"; then
+    passed=$((passed + 1))
+    echo "plug-in folder alone: passed"
+  else
+    fail "plug-in folder alone (log: $log_dir/alone.log)"
+    tail -n 30 "$log_dir/alone.log"
+  fi
+fi
+
 echo "== script tests"
 # The tests ctest runs as scripts; only their folders are visited, as ctest lists the cases of
 # every test program in a folder it visits by running it (their cases already ran above).
-script_tests='^(module_exports_only_c4d_main|hostsim_[a-z_]+)$'
+script_tests='^(module_exports_only_c4d_main|module_imports_only_system_libraries|hostsim_[a-z_]+)$'
 for dir in tests/module tests/hostsim; do
   log=$log_dir/scripts-$(basename "$dir").log
   if [[ ! -f "$build/$dir/CTestTestfile.cmake" ]]; then

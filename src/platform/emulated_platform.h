@@ -29,7 +29,7 @@ public:
     virtual void* hostSymbol(const char* name) = 0;
 };
 
-class EmulatedPlatform : public Platform {
+class PLR_PLATFORM_EXPORT EmulatedPlatform : public Platform {
 public:
     using RegistrySource = std::function<RegistryData()>;  // asked at every open
     using MessageBoxHandler = std::function<int(const char* text, const char* caption, std::uint32_t type)>;

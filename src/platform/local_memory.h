@@ -6,9 +6,11 @@
 #include <cstdint>
 #include <unordered_map>
 
+#include "platform/platform.h"
+
 namespace tvr::platform {
 
-class LocalMemory {
+class PLR_PLATFORM_EXPORT LocalMemory {
 public:
     LocalMemory() = default;
     LocalMemory(const LocalMemory&) = delete;

@@ -6,18 +6,12 @@
 #include <cstddef>
 #include <cstdint>
 
+// Windows: linked statically into each program and into the module, so nothing is
+// exported. Elsewhere: the one shared library whose state every binary shares.
 #if defined(_WIN32)
-#define PLR_PLATFORM_API __declspec(dllexport)
-#define PLR_PLATFORM_IMPORT __declspec(dllimport)
+#define PLR_PLATFORM_EXPORT
 #else
-#define PLR_PLATFORM_API __attribute__((visibility("default")))
-#define PLR_PLATFORM_IMPORT
-#endif
-
-#if defined(PLR_PLATFORM_BUILDING)
-#define PLR_PLATFORM_EXPORT PLR_PLATFORM_API
-#else
-#define PLR_PLATFORM_EXPORT PLR_PLATFORM_IMPORT
+#define PLR_PLATFORM_EXPORT __attribute__((visibility("default")))
 #endif
 
 namespace tvr::platform {

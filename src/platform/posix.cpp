@@ -126,7 +126,7 @@ private:
 
 int showBox(const char* text, const char* caption, std::uint32_t type) {
     MessageBoxSink sink = messageBoxSink();
-    return sink ? sink(text, caption, type) : printAndRecordMessageBox(text, caption, type);
+    return sink ? sink(text, caption, type) : printMessageBox(text, caption, type);
 }
 
 }  // namespace

@@ -58,6 +58,12 @@ std::string RegistryData::normalise(const std::string& keyPath) {
     return p;
 }
 
+std::vector<std::string> RegistryData::keyPaths() const {
+    std::vector<std::string> paths;
+    for (const auto& entry : keys_) paths.push_back(entry.first);
+    return paths;
+}
+
 bool RegistryData::parse(const std::string& text) {
     std::size_t pos = 0;
     bool header = false;

@@ -7,6 +7,8 @@
 #include <string>
 #include <vector>
 
+#include "platform/platform.h"
+
 namespace tvr::platform {
 
 struct RegistryValue {
@@ -15,7 +17,7 @@ struct RegistryValue {
 };
 
 // Key paths are full ("HKEY_LOCAL_MACHINE\SOFTWARE\..."); names compare without regard to case.
-class RegistryData {
+class PLR_PLATFORM_EXPORT RegistryData {
 public:
     using Values = std::map<std::string, RegistryValue>;  // by lower-case value name ("" = default)
 
@@ -29,6 +31,8 @@ public:
     bool hasKey(const std::string& keyPath) const;
     // The values of a key (empty for a missing key).
     Values values(const std::string& keyPath) const;
+    // Every key named, by its normalised path.
+    std::vector<std::string> keyPaths() const;
     void clear() { keys_.clear(); }
 
     static std::string normalise(const std::string& keyPath);

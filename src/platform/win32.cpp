@@ -3,7 +3,6 @@
 #define WIN32_LEAN_AND_MEAN
 #include <windows.h>
 
-#include <cstdlib>
 #include <cstring>
 
 #include "platform/message_box.h"
@@ -20,9 +19,12 @@ To castFunction(From from) {
     return to;
 }
 
+// Read from the process's own environment rather than the C runtime's copy, so that a host
+// that sets it after start (hostsim does) reaches the module's copy of this layer too.
 bool unattendedByEnvironment() {
-    const char* v = std::getenv("PLR_UNATTENDED");
-    return v && *v && std::strcmp(v, "0") != 0;
+    char v[8] = {};
+    const DWORD n = GetEnvironmentVariableA("PLR_UNATTENDED", v, sizeof v);
+    return n > 0 && n < sizeof v && std::strcmp(v, "0") != 0;
 }
 
 class Win32Platform : public Platform {
@@ -84,7 +86,7 @@ public:
 
     int messageBox(WindowHandle owner, const char* text, const char* caption, std::uint32_t type) override {
         if (MessageBoxSink sink = messageBoxSink()) return sink(text, caption, type);
-        if (unattendedByEnvironment()) return printAndRecordMessageBox(text, caption, type);
+        if (unattendedByEnvironment()) return printMessageBox(text, caption, type);
         return MessageBoxA(static_cast<HWND>(owner), text, caption, type);
     }
     std::uint32_t getLastError() override { return GetLastError(); }

@@ -12,7 +12,7 @@
 
 namespace tvr::platform {
 
-class WindowSystem {
+class PLR_PLATFORM_EXPORT WindowSystem {
 public:
     WindowSystem();
     ~WindowSystem();

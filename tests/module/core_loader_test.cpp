@@ -8,8 +8,8 @@
 #include <vector>
 
 #include "adaptor/c4d_adaptor_interface.h"
-#include "platform/recording_platform.h"
 #include "plugin/core_loader.h"
+#include "test_support/recording_platform.h"
 #include "util/singleton.h"
 
 namespace tvr::plr::adaptor::cinema4d {

@@ -7,9 +7,9 @@
 
 #include "embedded_host/runtime/embedded_host.h"
 #include "embedded_host/runtime/host_context.h"
-#include "platform/recording_platform.h"
 #include "plugin/module_state.h"
 #include "plugin/plugin_main.h"
+#include "test_support/recording_platform.h"
 
 namespace tvr::plr::adaptor::cinema4d {
 namespace {

@@ -14,6 +14,7 @@
 #include "embedded_host/scene/document_node.h"
 #include "platform/message_box.h"
 #include "plugin/plugin_main.h"
+#include "test_support/message_box_records.h"
 #include "util/log.h"
 #include "util/xml/reader.h"
 
@@ -51,6 +52,7 @@ protected:
         emb::HostOptions options;
         options.crashHandlers = false;
         host = std::make_unique<emb::EmbeddedHost>(options);
+        tvr::platform::setMessageBoxSink(&tvr::platform::recordMessageBox);
         ASSERT_TRUE(host->loadModule(&c4d_main, "pelloran"));
         adaptor = C4DAdaptorInterface::instance();
         host->world().SetString(kStored, String());
@@ -60,6 +62,7 @@ protected:
         adaptor->core = nullptr;  // ours, not the loader's
         host->shutdown();
         for (const std::string& f : files) std::remove(f.c_str());
+        tvr::platform::setMessageBoxSink(nullptr);
     }
 
     void attach() { adaptor->core = &core; }

@@ -5,7 +5,7 @@
 #include <vector>
 
 #include "platform/error_codes.h"
-#include "platform/recording_platform.h"
+#include "test_support/recording_platform.h"
 
 namespace tvr::platform {
 namespace {

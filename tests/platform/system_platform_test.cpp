@@ -6,8 +6,9 @@
 #include "platform/error_codes.h"
 #include "platform/message_box.h"
 #include "platform/platform.h"
-#include "platform/recording_platform.h"
 #include "platform_helpers.h"
+#include "test_support/message_box_records.h"
+#include "test_support/recording_platform.h"
 
 namespace tvr::platform {
 namespace {
@@ -41,12 +42,13 @@ TEST(SystemPlatform, LoadsByBackslashPathFindsExportsAndFailsWith126WhenMissing)
 // Other sinks are met end to end: the host simulator prints its boxes through its own.
 TEST(SystemPlatform, MessageBoxesGoToTheSinkInForce) {
     clearRecordedMessageBoxes();
-    setMessageBoxSink(&printAndRecordMessageBox);
+    setMessageBoxSink(&recordMessageBox);
     EXPECT_EQ(systemPlatform().messageBox(nullptr, "LoadLibrary failed", "Error", MbOk), IdOk);
     auto boxes = recordedMessageBoxes();
     ASSERT_EQ(boxes.size(), 1u);
     EXPECT_EQ(boxes[0].caption, "Error");
     EXPECT_EQ(boxes[0].text, "LoadLibrary failed");
+    setMessageBoxSink(nullptr);
 }
 
 TEST(SystemPlatform, InstalledPlatformReplacesTheSystemOneUntilRemoved) {

@@ -1,4 +1,4 @@
-#include "platform/recording_platform.h"
+#include "test_support/recording_platform.h"
 
 #include <cctype>
 #include <cstdio>

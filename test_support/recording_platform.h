@@ -10,13 +10,13 @@
 #include <string>
 #include <vector>
 
-#include "platform/message_box.h"
 #include "platform/platform.h"
 #include "platform/platform_overrides.h"
+#include "test_support/message_box_records.h"
 
 namespace tvr::platform {
 
-struct PLR_PLATFORM_EXPORT PlatformCall {
+struct PlatformCall {
     std::string function;           // the Win32 name: "RegOpenKeyExA", "LoadLibraryA" ...
     std::vector<std::string> args;  // strings quoted, handles and flags in hex, numbers in decimal, null as null
     std::uintptr_t result = 0;      // the answer as an integer (a handle, a count, an error code ...)
@@ -26,7 +26,7 @@ struct PLR_PLATFORM_EXPORT PlatformCall {
     std::string str(std::size_t i) const;  // argument i without its quotes
 };
 
-class PLR_PLATFORM_EXPORT RecordingPlatform : public Platform {
+class RecordingPlatform : public Platform {
 public:
     // With a target every call is forwarded to it; without, the fake answers.
     explicit RecordingPlatform(Platform* forwardTo = nullptr);
