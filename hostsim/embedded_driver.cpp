@@ -1,7 +1,9 @@
 #include "hostsim/embedded_driver.h"
 
 #include <cmath>
+#include <cstdlib>
 #include <fstream>
+#include <sstream>
 #include <vector>
 
 #include "embedded_host/runtime/host_context.h"
@@ -179,6 +181,46 @@ std::string EmbeddedDriver::play(double from, double to, std::ostream& out) {
         if (frame == last) break;
     }
     out << "played frames " << first << " to " << last << "\n";
+    return "";
+}
+
+}  // namespace hostsim
+
+namespace hostsim {
+
+std::string EmbeddedDriver::drawSpline(const std::string& words, std::ostream& out) {
+    BaseDocument* doc = host_.activeDocument();
+    if (!doc) return "no document is open";
+    std::istringstream in(words);
+    std::string name, parentName;
+    in >> name >> parentName;
+    std::vector<Real> numbers;
+    std::string word;
+    while (in >> word) {
+        char* end = nullptr;
+        const double v = std::strtod(word.c_str(), &end);
+        if (end != word.c_str() + word.size() || !std::isfinite(v)) return "not a number: " + word;
+        numbers.push_back(static_cast<Real>(v));
+    }
+    if (parentName.empty() || numbers.size() < 6 || numbers.size() % 3 != 0)
+        return "usage: spline NAME PARENT X Y Z X Y Z... (two points or more)";
+    BaseObject* parent = nullptr;
+    if (parentName != "-" && !(parent = findObjectByName(doc, parentName)))
+        return "no object named \"" + parentName + "\"";
+    const LONG count = static_cast<LONG>(numbers.size() / 3);
+    SplineObject* spline = SplineObject::Alloc(count);
+    if (!spline) return "the host made no spline";
+    Vector* points = spline->GetPointW();
+    for (LONG i = 0; i < count; ++i) points[i] = Vector(numbers[3 * i], numbers[3 * i + 1], numbers[3 * i + 2]);
+    spline->SetName(name);
+    doc->StartUndo();
+    doc->InsertObject(spline, parent, nullptr);
+    doc->AddUndo(UNDO_NEW, spline);
+    doc->EndUndo();
+    spline->Message(MSG_UPDATE);
+    EventAdd();
+    host_.runCycle();
+    out << "drew spline " << name << " through " << count << " points\n";
     return "";
 }
 

@@ -30,6 +30,7 @@ public:
     std::string coreCommand(const std::string& line, std::ostream& out) override;
     std::string documentInfo(std::int64_t type, std::ostream& out) override;
     std::string play(double from, double to, std::ostream& out) override;
+    std::string drawSpline(const std::string& words, std::ostream& out) override;
     std::string drawView(const std::string& file, std::ostream& out) override;
     std::string drawCurves(const std::string& object, const std::string& file, std::ostream& out) override;
     std::string inspect(const std::string& object, std::ostream& out) override;

@@ -44,6 +44,12 @@ public:
         (void)type, (void)out;
         return "this host cannot send document events";
     }
+    // Adds a linear spline to the active document as its user would, one undo
+    // step: "NAME PARENT X Y Z X Y Z ...", PARENT the name of an object or "-".
+    virtual std::string drawSpline(const std::string& words, std::ostream& out) {
+        (void)words, (void)out;
+        return "this host cannot draw";
+    }
     // Moves the active document's time from `from` to `to`, one frame a step,
     // letting the host evaluate and redraw at each, as a user scrubbing does.
     virtual std::string play(double from, double to, std::ostream& out) {

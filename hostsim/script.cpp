@@ -36,6 +36,7 @@ constexpr VerbInfo kVerbs[] = {
     {"inspect", Verb::Inspect, VerbInfo::Name, "NAME         prints the host side of one object: place, modes, lens, tags, tracks"},
     {"info", Verb::Info, VerbInfo::Integer, "N               tells the active document's scene hooks document event N (1000-1008)"},
     {"play", Verb::Play, VerbInfo::Span, "A B             scrubs the active document's time from A to B seconds, frame by frame"},
+    {"spline", Verb::Spline, VerbInfo::Line, "NAME PARENT X Y Z X Y Z... draws a linear spline through the points (host units) under PARENT ('-': at the top), as a user does"},
     {"help", Verb::Help, VerbInfo::None, "                lists these commands"},
     {"quit", Verb::Quit, VerbInfo::None, "                ends the session"},
 };

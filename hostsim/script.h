@@ -9,11 +9,11 @@
 
 namespace hostsim {
 
-enum class Verb { New, Open, Save, Close, Activate, Command, Run, Undo, Redo, Tree, Console, Journal, Quit, Core, View, Curves, Help, Inspect, Info, Play, History };
+enum class Verb { New, Open, Save, Close, Activate, Command, Run, Undo, Redo, Tree, Console, Journal, Quit, Core, View, Curves, Help, Inspect, Info, Play, History, Spline };
 
 struct Command {
     Verb verb = Verb::Quit;
-    std::string text;        // file name of open, save and view; the line handed to the core; the object of curves and inspect
+    std::string text;        // file name of open, save and view; the line handed to the core; the object of curves and inspect; the words of spline
     std::string file;        // the picture file of curves
     std::int64_t number = 0;  // document index of activate, plug-in id of command, presses of undo and redo, info type
     double seconds = 0.0;     // run; where play starts

@@ -32,6 +32,7 @@ bool Session::execute(const Command& command) {
     case Verb::Inspect: error = host_.inspect(command.text, out_); break;
     case Verb::Help: out_ << helpText(); break;
     case Verb::Info: error = host_.documentInfo(command.number, out_); break;
+    case Verb::Spline: error = host_.drawSpline(command.text, out_); break;
     case Verb::Play: error = host_.play(command.seconds, command.until, out_); break;
     case Verb::Quit: quit_ = true; break;
     }

@@ -11,6 +11,7 @@ std::vector<VerbEntry> allVerbs() {
     for (const VerbEntry& v : nodeVerbs()) verbs.push_back(v);
     for (const VerbEntry& v : stateVerbs()) verbs.push_back(v);
     for (const VerbEntry& v : undoVerbs()) verbs.push_back(v);
+    for (const VerbEntry& v : interfaceVerbs()) verbs.push_back(v);
     return verbs;
 }
 

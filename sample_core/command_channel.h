@@ -31,6 +31,7 @@ struct VerbEntry {
 // lists by name.
 std::vector<VerbEntry> basicVerbs();
 std::vector<VerbEntry> nodeVerbs();
+std::vector<VerbEntry> interfaceVerbs();
 std::vector<VerbEntry> stateVerbs();
 std::vector<VerbEntry> undoVerbs();
 

@@ -1,8 +1,11 @@
-// The library's exports: attach, detach, the test counters and the command channel.
+// The library's exports: attach, detach, the test counters, the command channel
+// and the coverage table.
 
+#include <cstdint>
 #include <string>
 
 #include "sample_core/command_channel.h"
+#include "sample_core/coverage.h"
 #include "sample_core/sample_core.h"
 #include "sample_core/stats.h"
 
@@ -53,4 +56,14 @@ PLR_CORE_EXPORT int plr_sample_core_command(const char* line, const char** answe
     }
     if (answer) *answer = text.c_str();
     return ok;
+}
+
+// Row `index` of the coverage table: the operation's name and how often the
+// core called it since the library was loaded. Answers 0 past the last row.
+PLR_CORE_EXPORT int plr_sample_core_coverage(int index, const char** name, int64_t* count) {
+    const auto rows = tvr::plr::core::sample::coverageTable();
+    if (index < 0 || static_cast<std::size_t>(index) >= rows.size()) return 0;
+    if (name) *name = rows[static_cast<std::size_t>(index)].name;
+    if (count) *count = rows[static_cast<std::size_t>(index)].count;
+    return 1;
 }

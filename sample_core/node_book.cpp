@@ -1,5 +1,7 @@
 #include "sample_core/node_book.h"
 
+#include "sample_core/coverage.h"
+
 namespace tvr::plr::core::sample {
 
 const CMasterDescriptor SampleMaster::kDescriptor{"Sample"};
@@ -13,7 +15,7 @@ int SampleMaster::message(int code, void*) {
 bool SampleMaster::query(int, CoreNode*) { return true; }
 
 NodeBook::~NodeBook() {
-    for (auto& entry : nodes_) entry.second->release();
+    for (auto& entry : nodes_) on(entry.second).release();
 }
 
 CoreNode* NodeBook::find(const std::string& name) const {

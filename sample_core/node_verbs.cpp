@@ -8,78 +8,16 @@
 
 #include "core_api/csnapshot.h"
 #include "sample_core/command_channel.h"
+#include "sample_core/coverage.h"
 #include "sample_core/sample_core.h"
+#include "sample_core/verb_support.h"
 
 namespace tvr::plr::core::sample {
 
 namespace {
 
-using Args = std::vector<std::string>;
 using util::Matrix4d;
 using util::Vec3d;
-
-// ---- Reading arguments
-
-bool parseNumber(const std::string& text, double& out) {
-    if (text.empty()) return false;
-    char* end = nullptr;
-    const double v = std::strtod(text.c_str(), &end);
-    if (end != text.c_str() + text.size() || !std::isfinite(v)) return false;
-    out = v;
-    return true;
-}
-
-// Numbers from args[first] on; false when one is not a number.
-bool parseNumbers(const Args& args, std::size_t first, double* out, std::size_t count) {
-    for (std::size_t i = 0; i < count; ++i) {
-        if (!parseNumber(args[first + i], out[i])) return false;
-    }
-    return true;
-}
-
-CommandResult usage(const char* verb, const char* arguments) {
-    return commandError(std::string("usage: ") + verb + " " + arguments);
-}
-
-CommandResult noNode(const std::string& name) { return commandError("no node named \"" + name + "\""); }
-
-// ---- Writing answers
-
-std::string number(double v) {
-    if (v == 0.0) v = 0.0;  // no "-0"
-    char buffer[32];
-    std::snprintf(buffer, sizeof buffer, "%.6g", v);
-    return buffer;
-}
-
-std::string vec(const Vec3d& v) { return "(" + number(v.x) + ", " + number(v.y) + ", " + number(v.z) + ")"; }
-
-std::string matrixRows(const Matrix4d& m) {
-    std::string text;
-    for (int r = 0; r < 4; ++r) {
-        text += "  ";
-        for (int c = 0; c < 4; ++c) text += (c ? " " : "") + number(m(r, c));
-        text += "\n";
-    }
-    return text;
-}
-
-std::string label(CoreNode* node) {
-    const std::string name = node->getName();
-    return name.empty() ? std::string("(gone)") : "\"" + name + "\"";
-}
-
-// The core's undo bracket around one edit; it stays open for the verb's duration.
-class Bracket {
-public:
-    Bracket(AdaptorInterface* adaptor, const std::string& name) : adaptor_(adaptor) { adaptor_->beginUndo(name); }
-    ~Bracket() { adaptor_->acceptUndo(); }
-    Bracket(const Bracket&) = delete;
-    Bracket& operator=(const Bracket&) = delete;
-
-private:
-    AdaptorInterface* adaptor_;
-};
 
 // ---- Making nodes
 
@@ -96,47 +34,16 @@ CommandResult camera(SampleCore& core, const Args& args) {
     return {true, "camera " + args[0] + ": object " + label(node)};
 }
 
-// A unit cube around the origin.
-util::CMesh cubeMesh() {
-    util::CMesh m;
-    m.setPointCount(8);
-    for (int i = 0; i < 8; ++i) m.setPoint(i, (i & 1) ? 0.5 : -0.5, (i & 2) ? 0.5 : -0.5, (i & 4) ? 0.5 : -0.5);
-    static const int faces[6][4] = {{0, 1, 3, 2}, {4, 6, 7, 5}, {0, 4, 5, 1}, {2, 3, 7, 6}, {0, 2, 6, 4}, {1, 5, 7, 3}};
-    m.setPolygonCount(12);
-    for (int f = 0; f < 6; ++f) {
-        m.setPolygon(2 * f, faces[f][0], faces[f][1], faces[f][2]);
-        m.setPolygon(2 * f + 1, faces[f][0], faces[f][2], faces[f][3]);
-    }
-    return m;
-}
-
-// n by n unit squares on the ground, two triangles each.
-util::CMesh gridMesh(int n) {
-    util::CMesh m;
-    const int side = n + 1;
-    m.setPointCount(side * side);
-    for (int z = 0; z < side; ++z)
-        for (int x = 0; x < side; ++x) m.setPoint(z * side + x, x, 0, z);
-    m.setPolygonCount(2 * n * n);
-    int t = 0;
-    for (int z = 0; z < n; ++z) {
-        for (int x = 0; x < n; ++x) {
-            const int a = z * side + x;
-            m.setPolygon(t++, a, a + 1, a + side + 1);
-            m.setPolygon(t++, a, a + side + 1, a + side);
-        }
-    }
-    return m;
-}
-
 CommandResult mesh(SampleCore& core, const Args& args) {
-    const auto bad = [] { return usage("mesh", "NAME [PARENT] [cube|grid N]  (N from 1 to 1000)"); };
+    const auto bad = [] {
+        return usage("mesh", "NAME [PARENT] [cube|grid N] [size S]  (N from 1 to 1000, S above 0)");
+    };
     if (args.empty()) return bad();
     NodeBook& book = core.nodes();
     if (book.find(args[0])) return commandError("a node named \"" + args[0] + "\" exists already");
     std::size_t i = 1;
     CoreNode* parent = nullptr;
-    if (i < args.size() && args[i] != "cube" && args[i] != "grid") {
+    if (i < args.size() && args[i] != "cube" && args[i] != "grid" && args[i] != "size") {
         if (!(parent = book.find(args[i]))) return noNode(args[i]);
         ++i;
     }
@@ -148,6 +55,13 @@ CommandResult mesh(SampleCore& core, const Args& args) {
         if (i + 1 >= args.size() || !parseNumber(args[i + 1], n) || n < 1 || n > 1000 || n != std::floor(n))
             return bad();
         shape = gridMesh(static_cast<int>(n));
+        i += 2;
+    }
+    // Mesh points are in the object's own units, which the core does not scale.
+    if (i < args.size() && args[i] == "size") {
+        double size = 0;
+        if (i + 1 >= args.size() || !parseNumber(args[i + 1], size) || size <= 0 || size > 1e6) return bad();
+        for (Vec3d& p : shape.points) p = {p.x * size, p.y * size, p.z * size};
         i += 2;
     }
     if (i != args.size()) return bad();
@@ -162,16 +76,25 @@ CommandResult mesh(SampleCore& core, const Args& args) {
 // ---- Reading the scene
 
 CommandResult nodes(SampleCore& core, const Args& args) {
-    if (!args.empty()) return usage("nodes", "(no arguments)");
+    if (args.size() > 1) return usage("nodes", "[TOOL]");
+    CMaster* master = nullptr;
+    if (args.size() == 1) {
+        master = args[0] == core.nodes().master()->name() ? core.nodes().master() : core.tools().find(args[0]);
+        if (!master) return commandError("no tool \"" + args[0] + "\"");
+    }
     NodeList list;
     util::ReturnValue<NodeList> sink(&list);
-    core.adaptor()->getNodes(&sink);
+    if (master) {
+        core.adaptor()->getMasterNodes(master, &sink);
+    } else {
+        core.adaptor()->getNodes(&sink);
+    }
     if (list.empty()) return {true, "no nodes"};
     std::string text;
     for (CoreNode* node : list) {
         const std::string master = node->master ? node->master->name() : std::string("-");
         text += label(node) + " master " + (master.empty() ? std::string("(unnamed)") : master) + " deleted " +
-                (node->isReleased() ? "yes" : "no") + "\n";
+                (on(node).isReleased() ? "yes" : "no") + "\n";
     }
     return {true, text};
 }
@@ -180,13 +103,13 @@ CommandResult children(SampleCore& core, const Args& args) {
     if (args.size() != 1) return usage("children", "NAME");
     CoreNode* node = core.nodes().find(args[0]);
     if (!node) return noNode(args[0]);
-    const std::int32_t count = node->getChildCount();
+    const std::int32_t count = on(node).getChildCount();
     std::string text = args[0] + " has " + std::to_string(count) + (count == 1 ? " child" : " children");
     for (std::int32_t i = 0; i < count; ++i) {
-        CoreNode* child = node->acquireChild(i);
+        CoreNode* child = on(node).acquireChild(i);
         if (!child) continue;
         text += (i ? ", " : ": ") + label(child);
-        node->releaseNode(child);
+        on(node).releaseNode(child);
     }
     return {true, text};
 }
@@ -195,10 +118,10 @@ CommandResult parent(SampleCore& core, const Args& args) {
     if (args.size() != 1) return usage("parent", "NAME");
     CoreNode* node = core.nodes().find(args[0]);
     if (!node) return noNode(args[0]);
-    CoreNode* up = node->acquireParent();
+    CoreNode* up = on(node).acquireParent();
     if (!up) return {true, args[0] + " is at the top level"};
     const std::string text = "parent of " + args[0] + ": " + label(up);
-    up->release();
+    on(up).release();
     return {true, text};
 }
 
@@ -224,9 +147,9 @@ CommandResult select(SampleCore& core, const Args& args) {
     if (!lookUp(core, args, 0, picked, error)) return error;
     // More than one: one group selection, each added to the selection.
     const bool group = picked.size() > 1;
-    if (group) picked.front()->executeExtension(10, nullptr);
-    for (CoreNode* node : picked) node->select();
-    if (group) picked.front()->executeExtension(11, nullptr);
+    if (group) on(picked.front()).executeExtension(10, nullptr);
+    for (CoreNode* node : picked) on(node).select();
+    if (group) on(picked.front()).executeExtension(11, nullptr);
     std::string text = "selected";
     for (std::size_t i = 0; i < args.size(); ++i) text += (i ? ", " : " ") + args[i];
     return {true, text};
@@ -238,8 +161,8 @@ CommandResult setVisible(SampleCore& core, const Args& args, bool visible) {
     CoreNode* node = core.nodes().find(args[0]);
     if (!node) return noNode(args[0]);
     Bracket bracket(core.adaptor(), verb);
-    if ((visible ? node->show() : node->hide()) != 0) return commandError("the adaptor refused (the object is gone?)");
-    return {true, args[0] + (node->isVisible() ? " is visible" : " is hidden")};
+    if ((visible ? on(node).show() : on(node).hide()) != 0) return commandError("the adaptor refused (the object is gone?)");
+    return {true, args[0] + (on(node).isVisible() ? " is visible" : " is hidden")};
 }
 
 CommandResult hide(SampleCore& core, const Args& args) { return setVisible(core, args, false); }
@@ -250,7 +173,7 @@ CommandResult rename(SampleCore& core, const Args& args) {
     CoreNode* node = core.nodes().find(args[0]);
     if (!node) return noNode(args[0]);
     std::string newLabel = args[1];
-    node->executeExtension(32, &newLabel);  // answers 0 even when it renamed
+    on(node).executeExtension(32, &newLabel);  // answers 0 even when it renamed
     return {true, args[0] + " is now labelled " + label(node)};
 }
 
@@ -261,7 +184,7 @@ CommandResult reparent(SampleCore& core, const Args& args) {
     if (!lookUp(core, args, 0, picked, error)) return error;
     CoreNode* newParent = picked.size() == 2 ? picked[1] : nullptr;
     Bracket bracket(core.adaptor(), "reparent");
-    if (picked[0]->setParent(newParent) != 0)
+    if (on(picked[0]).setParent(newParent) != 0)
         return commandError("the adaptor refused to move " + args[0] + (newParent ? " under " + args[1] : ""));
     return {true, args[0] + (newParent ? " is now under " + args[1] : " is now at the top level")};
 }
@@ -272,7 +195,7 @@ CommandResult clone(SampleCore& core, const Args& args) {
     CoreNode* node = core.nodes().find(args[0]);
     if (!node) return noNode(args[0]);
     Bracket bracket(core.adaptor(), "clone");
-    CoreNode* copy = node->cloneNode(args.size() == 2);
+    CoreNode* copy = on(node).cloneNode(args.size() == 2);
     if (!copy) return commandError("the adaptor made no clone (see its log)");
     const std::string name = core.nodes().freeName(copy->name);
     core.nodes().add(name, copy);
@@ -286,7 +209,7 @@ CommandResult remove(SampleCore& core, const Args& args) {
     if (!node) return noNode(args[0]);
     Bracket bracket(core.adaptor(), "delete");
     // The node is the adaptor's from here: it destroys itself or lives on in an undo step.
-    if (node->deleteNode(args.size() == 1) != 0) return commandError("the adaptor refused (the object is gone?)");
+    if (on(node).deleteNode(args.size() == 1) != 0) return commandError("the adaptor refused (the object is gone?)");
     core.nodes().forget(args[0]);
     return {true, "deleted " + args[0] + (args.size() == 2 ? " (the object stays)" : "")};
 }
@@ -294,9 +217,10 @@ CommandResult remove(SampleCore& core, const Args& args) {
 // Runs `use` on the node's transform snapshot at `seconds` and gives it back.
 template <class Use>
 void withTransform(CoreNode* node, double seconds, Use use) {
-    if (CTransformSnapshot* snapshot = node->acquireSnapshot(seconds)) {
-        use(*snapshot);
-        node->releaseSnapshot(snapshot);
+    if (CTransformSnapshot* snapshot = on(node).acquireSnapshot(seconds)) {
+        TransformCalls calls = on(snapshot);
+        use(calls);
+        on(node).releaseSnapshot(snapshot);
     }
 }
 
@@ -307,7 +231,7 @@ CommandResult move(SampleCore& core, const Args& args) {
     if (!node) return noNode(args[0]);
     Bracket bracket(core.adaptor(), "move");
     bool moved = false;
-    withTransform(node, core.adaptor()->getTime(), [&](CTransformSnapshot& s) {
+    withTransform(node, core.adaptor()->getTime(), [&](TransformCalls& s) {
         Matrix4d m = s.getGlobalMatrix();
         for (int r = 0; r < 3; ++r) m(r, 3) = xyz[r];
         s.setGlobalMatrix(m);
@@ -340,7 +264,7 @@ CommandResult rotate(SampleCore& core, const Args& args) {
     const Matrix4d r = rotation(hpb[0] * toRadians, hpb[1] * toRadians, hpb[2] * toRadians);
     Bracket bracket(core.adaptor(), "rotate");
     bool turned = false;
-    withTransform(node, core.adaptor()->getTime(), [&](CTransformSnapshot& s) {
+    withTransform(node, core.adaptor()->getTime(), [&](TransformCalls& s) {
         Matrix4d m = s.getGlobalMatrix();
         // The new rotation with the axes' old lengths, at the old place.
         for (int c = 0; c < 3; ++c) {
@@ -362,8 +286,8 @@ CommandResult pose(SampleCore& core, const Args& args) {
     if (!node) return noNode(args[0]);
     if (args.size() == 1) seconds = core.adaptor()->getTime();
     std::string text;
-    withTransform(node, seconds, [&](CTransformSnapshot& s) {
-        text = args[0] + " at " + number(seconds) + " s\nlocal\n" + matrixRows(s.getLocalMatrix()) + "global\n" +
+    withTransform(node, seconds, [&](TransformCalls& s) {
+        text = args[0] + " at " + number(s.getTime()) + " s\nlocal\n" + matrixRows(s.getLocalMatrix()) + "global\n" +
                matrixRows(s.getGlobalMatrix());
     });
     if (text.empty()) return commandError(args[0] + "'s object is gone");
@@ -376,28 +300,33 @@ CommandResult fov(SampleCore& core, const Args& args) {
         return usage("fov", "NAME [DEGREES]");
     CoreNode* node = core.nodes().find(args[0]);
     if (!node) return noNode(args[0]);
-    CLensSnapshot* lens = node->acquireLensSnapshot(core.adaptor()->getTime());
+    CLensSnapshot* lens = on(node).acquireLensSnapshot(core.adaptor()->getTime());
     if (!lens) return commandError(args[0] + " is not a camera");
     if (args.size() == 2) {
         Bracket bracket(core.adaptor(), "fov");
-        lens->setFov(degrees);
+        on(lens).setFov(degrees);
     }
     const std::string text =
-        args[0] + " field of view " + number(lens->getFov()) + " degrees, lens value " + number(lens->getLensValue());
-    node->releaseLensSnapshot(lens);
+        args[0] + " field of view " + number(on(lens).getFov()) + " degrees, lens value " + number(on(lens).getLensValue());
+    on(node).releaseLensSnapshot(lens);
     return {true, text};
 }
 
 CommandResult shape(SampleCore& core, const Args& args) {
-    if (args.size() != 1) return usage("shape", "NAME");
+    double index = 0;
+    if (args.empty() || args.size() > 2 ||
+        (args.size() == 2 && (!parseNumber(args[1], index) || index < 0 || index > 1e6 || index != std::floor(index))))
+        return usage("shape", "NAME [INDEX]");
     CoreNode* node = core.nodes().find(args[0]);
     if (!node) return noNode(args[0]);
-    CShapeSnapshot* s = node->acquireShape(core.adaptor()->getTime());
+    CShapeSnapshot* s = on(node).acquireShape(core.adaptor()->getTime());
     if (!s) return commandError(args[0] + " has no shape");
-    std::string text = args[0] + " length " + number(s->getLength()) + "\n";
+    if (args.size() == 2) on(s).setShapeIndex(static_cast<std::int32_t>(index));
+    std::string text = args[0] + " length " + number(on(s).getLength()) + ", kind " +
+                       std::to_string(on(s).getShapeKind()) + ", index " + std::to_string(on(s).getShapeIndex()) + "\n";
     for (double at : {0.0, 0.5, 1.0})
-        text += "  at " + number(at) + ": point " + vec(s->getPoint(at)) + " tangent " + vec(s->getTangent(at)) + "\n";
-    node->releaseShape(s);
+        text += "  at " + number(at) + ": point " + vec(on(s).getPoint(at)) + " tangent " + vec(on(s).getTangent(at)) + "\n";
+    on(node).releaseShape(s);
     return {true, text};
 }
 
@@ -406,17 +335,18 @@ template <class Use>
 CommandResult withMesh(SampleCore& core, const std::string& name, Use use) {
     CoreNode* node = core.nodes().find(name);
     if (!node) return noNode(name);
-    CMeshSnapshot* snapshot = node->acquireMeshSnapshot(core.adaptor()->getTime());
+    CMeshSnapshot* snapshot = on(node).acquireMeshSnapshot(core.adaptor()->getTime());
     if (!snapshot) return commandError(name + "'s object is gone");
-    CommandResult result = use(*snapshot);
-    node->releaseMeshSnapshot(snapshot);
+    MeshCalls calls = on(snapshot);
+    CommandResult result = use(calls);
+    on(node).releaseMeshSnapshot(snapshot);
     delete snapshot;
     return result;
 }
 
 CommandResult meshinfo(SampleCore& core, const Args& args) {
     if (args.size() != 1) return usage("meshinfo", "NAME");
-    return withMesh(core, args[0], [&](CMeshSnapshot& s) {
+    return withMesh(core, args[0], [&](MeshCalls& s) {
         util::CMesh m;
         util::ReturnValue<util::CMesh> sink(&m);
         if (!s.getMesh(&sink)) return commandError(args[0] + " holds no mesh");
@@ -439,7 +369,7 @@ CommandResult ray(SampleCore& core, const Args& args) {
     double v[6];
     if (args.size() != 7 || !parseNumbers(args, 1, v, 6)) return usage("ray", "NAME OX OY OZ DX DY DZ");
     if (v[3] == 0 && v[4] == 0 && v[5] == 0) return commandError("the ray needs a direction");
-    return withMesh(core, args[0], [&](CMeshSnapshot& s) {
+    return withMesh(core, args[0], [&](MeshCalls& s) {
         double distance = 0;
         double hit[3] = {};
         if (!s.intersectRay(v, v + 3, &distance, hit)) return CommandResult{true, "no hit"};
@@ -449,11 +379,47 @@ CommandResult ray(SampleCore& core, const Args& args) {
 
 }  // namespace
 
+std::string label(CoreNode* node) {
+    const std::string name = on(node).getName();
+    return name.empty() ? std::string("(gone)") : "\"" + name + "\"";
+}
+
+util::CMesh cubeMesh() {
+    util::CMesh m;
+    m.setPointCount(8);
+    for (int i = 0; i < 8; ++i) m.setPoint(i, (i & 1) ? 0.5 : -0.5, (i & 2) ? 0.5 : -0.5, (i & 4) ? 0.5 : -0.5);
+    static const int faces[6][4] = {{0, 1, 3, 2}, {4, 6, 7, 5}, {0, 4, 5, 1}, {2, 3, 7, 6}, {0, 2, 6, 4}, {1, 5, 7, 3}};
+    m.setPolygonCount(12);
+    for (int f = 0; f < 6; ++f) {
+        m.setPolygon(2 * f, faces[f][0], faces[f][1], faces[f][2]);
+        m.setPolygon(2 * f + 1, faces[f][0], faces[f][2], faces[f][3]);
+    }
+    return m;
+}
+
+util::CMesh gridMesh(int n) {
+    util::CMesh m;
+    const int side = n + 1;
+    m.setPointCount(side * side);
+    for (int z = 0; z < side; ++z)
+        for (int x = 0; x < side; ++x) m.setPoint(z * side + x, x, 0, z);
+    m.setPolygonCount(2 * n * n);
+    int t = 0;
+    for (int z = 0; z < n; ++z) {
+        for (int x = 0; x < n; ++x) {
+            const int a = z * side + x;
+            m.setPolygon(t++, a, a + 1, a + side + 1);
+            m.setPolygon(t++, a, a + side + 1, a + side);
+        }
+    }
+    return m;
+}
+
 std::vector<VerbEntry> nodeVerbs() {
     return {
         {"camera", "NAME [PARENT] - makes a camera (under PARENT's object)", &camera},
-        {"mesh", "NAME [PARENT] [cube|grid N] - makes a mesh, a unit cube by default", &mesh},
-        {"nodes", "- lists the adaptor's live nodes: label, master, deleted", &nodes},
+        {"mesh", "NAME [PARENT] [cube|grid N] [size S] - makes a mesh, a unit cube by default, S object units a unit", &mesh},
+        {"nodes", "[TOOL] - lists the adaptor's live nodes (or TOOL's): label, master, deleted", &nodes},
         {"children", "NAME - lists the node's children", &children},
         {"parent", "NAME - names the node's parent", &parent},
         {"select", "NAME... - selects; more than one name selects them as a group", &select},
@@ -467,7 +433,7 @@ std::vector<VerbEntry> nodeVerbs() {
         {"rotate", "NAME H P B - turns the object to heading, pitch, bank in degrees", &rotate},
         {"pose", "NAME [SECONDS] - prints the local and global matrix as the core sees them", &pose},
         {"fov", "NAME [DEGREES] - reads or sets a camera's field of view", &fov},
-        {"shape", "NAME - length, points and tangents of a spline at 0, 0.5 and 1", &shape},
+        {"shape", "NAME [INDEX] - length, kind, segment, points and tangents of a spline at 0, 0.5 and 1", &shape},
         {"meshinfo", "NAME - counts and bounds of the object's mesh", &meshinfo},
         {"ray", "NAME OX OY OZ DX DY DZ - casts a ray at the object's mesh", &ray},
     };

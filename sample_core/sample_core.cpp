@@ -22,7 +22,7 @@ PlrSampleCoreStats& stats() {
     return counters;
 }
 
-SampleCore::SampleCore(AdaptorInterface* adaptor) : adaptor_(adaptor) {}
+SampleCore::SampleCore(AdaptorInterface* adaptor) : counted_(adaptor) {}
 
 void SampleCore::saveState(util::xml::Element& state) {
     tools_.storeAll();

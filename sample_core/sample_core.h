@@ -6,6 +6,7 @@
 
 #include "core_api/adaptor_interface.h"
 #include "core_api/core_interface.h"
+#include "sample_core/coverage.h"
 #include "sample_core/node_book.h"
 #include "sample_core/stats.h"
 #include "sample_core/tools.h"
@@ -39,13 +40,16 @@ public:
     std::int64_t timeSlices() const { return timeSlices_; }
     const std::vector<std::string>& hostIdentifiers() const { return hostIdentifiers_; }
     const util::xml::Element& keptState() const { return kept_; }
+    // The adaptor, its calls counted.
     AdaptorInterface* adaptor() const { return adaptor_; }
     NodeBook& nodes() { return nodes_; }
     ToolBook& tools() { return tools_; }
     UndoBook& undoBook() { return undoBook_; }
 
 private:
-    AdaptorInterface* adaptor_;
+    // Every call to the adaptor goes through the count.
+    CountingAdaptor counted_;
+    AdaptorInterface* adaptor_ = &counted_;
     std::vector<std::string> hostIdentifiers_;
     // The adaptor writes the identifiers into hostIdentifiers_ through this.
     util::ReturnValue<std::vector<std::string>> identifierSink_{&hostIdentifiers_};

@@ -6,6 +6,8 @@
 
 #include "core_api/csnapshot.h"
 #include "sample_core/command_channel.h"
+#include "sample_core/coverage.h"
+#include "sample_core/rig.h"
 #include "sample_core/sample_core.h"
 
 namespace tvr::plr::core::sample {
@@ -39,7 +41,7 @@ CommandResult bind(SampleCore& core, const std::vector<std::string>& args) {
     if (!tool) return commandError("no tool \"" + args[0] + "\"");
     const std::string error = core.tools().bind(*tool, args[1]);
     if (!error.empty()) return commandError(error);
-    return {true, "bound " + args[1] + " to " + tool->toolName() + ": object \"" + tool->nodes.back()->getName() + "\""};
+    return {true, "bound " + args[1] + " to " + tool->toolName() + ": object \"" + on(tool->nodes.back()).getName() + "\""};
 }
 
 CommandResult store(SampleCore& core, const std::vector<std::string>& args) {
@@ -105,15 +107,45 @@ CommandResult refresh(SampleCore& core, const std::vector<std::string>& args) {
     return {true, "refreshed"};
 }
 
-// A direct recording: the tool's nodes move along x, one step a frame, and
-// each position is keyed while the adaptor records.
+bool isCamera(CoreNode* node, double seconds) {
+    CLensSnapshot* lens = on(node).acquireLensSnapshot(seconds);
+    if (lens) on(node).releaseLensSnapshot(lens);
+    return lens != nullptr;
+}
+
+// One frame along a path: the tool's cameras look at its first other node,
+// which rides the path with the others. Answers the rider's place.
+util::Vec3d followPath(Tool& tool, CoreNode* path, double t, double offset) {
+    util::Vec3d at;
+    if (!pathPoint(path, t, offset, at)) return at;
+    std::vector<CoreNode*> cameras;
+    for (CoreNode* node : tool.nodes) {
+        if (node == path) continue;
+        if (isCamera(node, t)) {
+            cameras.push_back(node);
+        } else {
+            placeAt(node, t, at);
+        }
+    }
+    for (CoreNode* camera : cameras) aimAt(camera, t, at);
+    return at;
+}
+
+// A direct recording: the tool's nodes move along x, one step a frame, or
+// along a path; each position is keyed while the adaptor records.
 CommandResult record(SampleCore& core, const std::vector<std::string>& args) {
     double seconds = 0;
-    if (args.size() != 2 || !readSeconds(args[1], seconds) || seconds <= 0)
-        return commandError("usage: record TOOL SECONDS (more than 0)");
+    const bool along = args.size() == 4 && args[2] == "along";
+    if ((args.size() != 2 && !along) || !readSeconds(args[1], seconds) || seconds <= 0)
+        return commandError("usage: record TOOL SECONDS [along PATH] (more than 0 seconds)");
     Tool* tool = core.tools().find(args[0]);
     if (!tool) return commandError("no tool \"" + args[0] + "\"");
     if (tool->nodes.empty()) return commandError("tool " + tool->toolName() + " has no nodes to record");
+    CoreNode* route = along ? core.nodes().find(args[3]) : nullptr;
+    if (along && !route) return commandError("no node named \"" + args[3] + "\"");
+    util::Vec3d probe;
+    if (along && !pathPoint(route, core.adaptor()->getTime(), 0, probe))
+        return commandError(args[3] + " is not a spline");
     AdaptorInterface& adaptor = *core.adaptor();
     const double rate = adaptor.getFrameRate();
     if (rate <= 0) return commandError("there is no document to record in");
@@ -133,14 +165,19 @@ CommandResult record(SampleCore& core, const std::vector<std::string>& args) {
     for (int frame = 0; frame <= frames; ++frame) {
         const double t = start + frame / rate;
         adaptor.setTime(t);
+        if (route) {
+            const util::Vec3d at = followPath(*tool, route, t, frames > 0 ? double(frame) / frames : 1.0);
+            path += std::string(path.empty() ? "" : " ") + std::to_string(frame) + ":" + number(at.x);
+            continue;
+        }
         for (CoreNode* node : tool->nodes) {
-            CTransformSnapshot* snapshot = node->acquireSnapshot(t);
+            CTransformSnapshot* snapshot = on(node).acquireSnapshot(t);
             if (!snapshot) continue;
-            util::Matrix4d m = snapshot->getLocalMatrix();
+            util::Matrix4d m = on(snapshot).getLocalMatrix();
             if (frame > 0) m(0, 3) += 1.0;
-            snapshot->setLocalMatrix(m);
+            on(snapshot).setLocalMatrix(m);
             if (node == tool->nodes.front()) path += (path.empty() ? "" : " ") + std::to_string(frame) + ":" + number(m(0, 3));
-            node->releaseSnapshot(snapshot);
+            on(node).releaseSnapshot(snapshot);
         }
     }
     adaptor.stopRecording();
@@ -177,7 +214,7 @@ std::vector<VerbEntry> stateVerbs() {
         {"range", "START END - sets the document's time range in seconds", &range},
         {"fps", "- shows the frame rate", &fps},
         {"refresh", "- re-evaluates and redraws the scene", &refresh},
-        {"record", "TOOL SECONDS - records the tool's nodes moving, frame by frame, from the current time", &record},
+        {"record", "TOOL SECONDS [along PATH] - records the tool's nodes moving (along x, or along the spline PATH with its cameras looking at the rider), frame by frame, from the current time", &record},
         {"cache", "- prepares a cache recording", &cache},
         {"stop", "- stops recording", &stop},
     };

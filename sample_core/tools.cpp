@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <utility>
 
+#include "sample_core/coverage.h"
 #include "state/compressed_state.h"
 #include "util/base64.h"
 #include "util/return_value.h"
@@ -33,7 +34,7 @@ Element Tool::pluginState() const {
         node.addChild(TagWithData("nodename", nodeName));
         state.addChild(node);
     };
-    for (CoreNode* node : nodes) addNode(node->getName(), node->name);
+    for (CoreNode* node : nodes) addNode(on(node).getName(), node->name);
     for (const SavedNode& saved : unbound) addNode(saved.label, saved.nodeName);
     return state;
 }
@@ -114,7 +115,7 @@ void ToolBook::purge() {
         for (CoreNode* node : tool->nodes) {
             const std::string name = nodes_->nameOf(node);
             if (!name.empty()) nodes_->forget(name);
-            node->release();
+            on(node).release();
         }
         tool->nodes.clear();
     }
@@ -157,8 +158,8 @@ std::string ToolBook::rebuild(const Element& document) {
         adaptor_->acquireNodes(name, *next.state, &sink);
         for (std::size_t i = 0; i < saved.size(); ++i) {
             CoreNode* linked = i < found.size() ? found[i] : nullptr;
-            CoreNode* own = linked ? linked->reacquire(&tool, saved[i].nodeName) : nullptr;
-            if (linked) linked->release();
+            CoreNode* own = linked ? on(linked).reacquire(&tool, saved[i].nodeName) : nullptr;
+            if (linked) on(linked).release();
             if (own) {
                 nodes_->add(nodes_->freeName(saved[i].nodeName), own);
                 tool.bind(own);
@@ -190,7 +191,7 @@ std::string ToolBook::describe() const {
         work.pop_back();
         out += std::string(static_cast<std::size_t>(depth) * 2, ' ') + "tool " + tool->toolName() + " nodes:";
         if (tool->nodes.empty() && tool->unbound.empty()) out += " none";
-        for (CoreNode* node : tool->nodes) out += " " + node->getName();
+        for (CoreNode* node : tool->nodes) out += " " + on(node).getName();
         for (const SavedNode& saved : tool->unbound) out += " (" + saved.label + " unbound)";
         out += " takes: " + std::to_string(tool->takes.size());
         for (const std::string& take : tool->takes) out += " [" + take + "]";
@@ -208,11 +209,11 @@ std::string ToolBook::bind(Tool& tool, const std::string& nodeName) {
         auto& list = other->nodes;
         list.erase(std::remove(list.begin(), list.end(), node), list.end());
     }
-    node->detach();
-    CoreNode* own = node->reacquire(&tool, node->name);
+    on(node).detach();
+    CoreNode* own = on(node).reacquire(&tool, node->name);
     if (!own) return "the object of " + nodeName + " is gone or driven by another node";
     nodes_->forget(nodeName);
-    node->release();
+    on(node).release();
     nodes_->add(nodeName, own);
     tool.bind(own);
     return std::string();

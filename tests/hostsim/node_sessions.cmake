@@ -1,4 +1,5 @@
-# hostsim sessions of scene nodes; included by CMakeLists.txt after plr_hostsim_test is defined.
+# hostsim sessions of scene nodes, the rest of the interface and the tour; included by
+# CMakeLists.txt after plr_hostsim_test is defined.
 # The scene-node story: the core builds, moves, parents, clones and deletes
 # through the adaptor; the host's tree and inspect show the result.
 plr_hostsim_test(hostsim_nodes_session RC 0
@@ -39,3 +40,30 @@ plr_hostsim_test(hostsim_nodes_in_two_documents RC 0
       "\\[dialog\\] Pelloran has been detected running on multiple documents. This is currently not supported, but may work as long as the following restrictions are applied:\n\n  \\* Do not perform ANY operations on a tool which is not part of the current document.\n  \\* Do not group tools which are part of different documents - keep them separated!\n\n Should you perform a cross-document operation, please be careful using undo as it might cause undesired behaviour.\n"
       "\"Sample_a\" master Sample deleted no\n\"Sample_b\" master Sample deleted no\n\"Sample_c\" master Sample deleted no\n"
   NOT_OUT "multiple documents[^$]*multiple documents")
+# The rest of the interface, one verb or two each; the table at the end.
+plr_hostsim_test(hostsim_interface_session RC 0
+  ARGS --registry ${CMAKE_CURRENT_BINARY_DIR}/installed.reg ${PROJECT_SOURCE_DIR}/examples/interface.session
+  OUT "Cinema 4D R10 Adaptor \\(adaptor_c4dr11\\), interface 9201, host CINEMA4D R 11008\nhost identifiers: \"CINEMA4D_R 11008\" \"CINEMA4D\" \"\"\nadaptor data: 0, empty\nreserved queries answered 0 and 0"
+      "\"Sample_cam\" is the core's cam\nno node labelled \"nobody\"\n"
+      "cam extensions: 10 11 37 18 17 31 32; renaming \\(32\\) supported; 0 stored, \"sample\" absent\n  transform snapshot: 0 extensions"
+      "cam at 0 s: lens value 50, field of view type 0\n"
+      "box now has 9 points, 8 triangles\nbox: 9 points, 8 triangles"
+      "forgot box \\(the object stays\\)\n== tree\nDocument Untitled \\(active\\)\n  Crate \\[5100\\]\n  Sample_cam \\[5103\\]\n"
+      "cam's keys after 0.5 s removed\n== inspect shot_cam\n[^=]*tracks: position.x 16 keys"
+      "begin Try: 0\ncancel: 0\ncount \\+2\nundo: true\ncore: undo count \\+2\ncounter 0\n"
+      "the adaptor made no free mesh\nasked the adaptor to merge other.scene\nadaptor.getInterfaceVersion 2\nadaptor.getDisplayName 2\n"
+      "node.~CoreNode 1\n" "[0-9]+ of 116 operations called\n$"
+  NOT_OUT "CrashInfo")
+# The tour: a rig built, recorded along the user's path, undone and redone,
+# saved and opened again with its tools bound to the same objects.
+plr_hostsim_test(hostsim_tour_session RC 0
+  ARGS --registry ${CMAKE_CURRENT_BINARY_DIR}/installed.reg ${PROJECT_SOURCE_DIR}/examples/tour.session
+  OUT "drew spline path through 4 points\ntook \"path\" as path\npath length 685.229, kind 1, index 0\n"
+      "bound path to track: object \"track_path\"\n== tree\nDocument Untitled \\(active\\)\n  dolly_cam \\[5103\\]\n  dolly_box \\[5100\\]\n  track_ground \\[5100\\]\n    track_path \\[5101\\]\n"
+      "recorded dolly: 0-2 s, 61 frames\ntime 2 s \\(frame 60\\)\ntime 0 s \\(frame 0\\)\n== inspect dolly_box\n[^=]*tracks: none\n"
+      "  5 undone: [^\n]*\nmodule undo steps:\n  position 3 of 4\n[^=]*  4 undone  \"Record dolly\"\n== inspect dolly_box\n[^=]*position \\(200, 25, 200\\)[^=]*tracks: position.x 61 keys"
+      "core: tool dolly rebuilt, 2 of 2 nodes bound\ncore: tool track rebuilt, 2 of 2 nodes bound\n"
+      "tool dolly nodes: dolly_box dolly_cam takes: 1 \\[0-2 s, 61 frames\\]\n  tool track nodes: track_ground track_path takes: 0\n\"dolly_box\" master dolly deleted no\n\"dolly_cam\" master dolly deleted no\n"
+      "played frames 0 to 60\nbox at 2 s\nlocal\n  0.01 0 0 2\n  0 0.01 0 0.25\n  0 0 0.01 -2\n"
+      "wrote tour.svg\nwrote tour_curves.svg\n$"
+  NOT_OUT "rror" "usage" "CrashInfo" "MessageBox")

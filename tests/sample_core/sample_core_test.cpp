@@ -156,7 +156,8 @@ TEST_F(SampleCoreTest, ExportsOnlyItsEntryPoints) {
     while (std::fgets(line, sizeof line, pipe))
         if (std::sscanf(line, "%*s %*c %399s", name) == 1) exported.insert(name);
     if (pclose(pipe) != 0 && exported.empty()) GTEST_SKIP() << "nm is not available";
-    EXPECT_EQ(exported, (std::set<std::string>{"attach", "detach", "plr_sample_core_command", "plr_sample_core_stats"}));
+    EXPECT_EQ(exported, (std::set<std::string>{"attach", "detach", "plr_sample_core_command", "plr_sample_core_coverage",
+                                              "plr_sample_core_stats"}));
 }
 #endif
 
