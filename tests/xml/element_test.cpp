@@ -82,15 +82,23 @@ TEST(XmlEscape, EveryByte) {
     for (int b = 0; b < 256; ++b) {
         const std::string in(1, static_cast<char>(b));
         const std::string out = escape(in);
+        std::string expected;
         if (b == '&')
-            EXPECT_EQ(out, "&#38;");
+            expected = "&#38;";
         else if (b == '<')
-            EXPECT_EQ(out, "&#60;");
+            expected = "&#60;";
         else if (b >= 32 && b < 127)
-            EXPECT_EQ(out, in) << b;
+            expected = in;
         else
-            EXPECT_EQ(out, "&#" + std::to_string(b) + ";");
+            expected = "&#" + std::to_string(b) + ";";
+        EXPECT_EQ(out, expected) << b;
         EXPECT_EQ(unescape(out), in) << b;
+        // Plain runs are scanned a word at a time: the byte at every place of one.
+        for (std::size_t at = 0; at < 17; ++at) {
+            std::string run(19, '~');
+            run[at] = static_cast<char>(b);
+            EXPECT_EQ(escape(run), std::string(at, '~') + expected + std::string(18 - at, '~')) << b << " at " << at;
+        }
     }
 }
 
@@ -122,6 +130,10 @@ TEST(XmlWriter, Layout) {
     n.setAttribute("b", "2");
     n.setAttribute("a", "1");
     EXPECT_EQ(n.toString("\n", "\t", ""), "<n a=\"1\" b=\"2\"/>");
+    n.setAttribute("ab", "3");
+    n.setAttribute("a", "4");
+    EXPECT_EQ(n.toString("", "", ""), "<n a=\"4\" ab=\"3\" b=\"2\"/>");
+    EXPECT_EQ(n.attributes().size(), 3u);
 
     Tag q("q");
     q.setAttribute("both", "a\"b'c");

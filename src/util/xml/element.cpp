@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <utility>
 
+#include "util/xml/block_pool.h"
+
 namespace tvr::util::xml {
 
 namespace {
@@ -77,6 +79,10 @@ Element& Element::operator=(Element&& other) noexcept {
 }
 
 Element::~Element() { clearChildren(); }
+
+void* Element::operator new(std::size_t size) { return takeBlock(size); }
+
+void Element::operator delete(void* block, std::size_t size) noexcept { giveBlock(block, size); }
 
 void Element::clearChildren() {
     if (children_.empty()) return;

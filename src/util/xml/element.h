@@ -5,10 +5,12 @@
 
 #include <cstddef>
 #include <cstdint>
-#include <map>
 #include <memory>
 #include <string>
 #include <vector>
+
+#include "util/xml/attributes.h"
+#include "util/xml/block_pool.h"
 
 namespace tvr::util::xml {
 
@@ -17,8 +19,8 @@ enum Kind : std::uint32_t { kEmpty = 0, kTag = 1, kText = 2, kComment = 4 };
 
 class Element {
 public:
-    using Attributes = std::map<std::string, std::string>;
-    using Children = std::vector<std::unique_ptr<Element>>;
+    using Attributes = xml::Attributes;
+    using Children = std::vector<std::unique_ptr<Element>, BlockAllocator<std::unique_ptr<Element>>>;
 
     // An empty element: kind 0, no name, no attributes, no children.
     Element();
@@ -34,6 +36,10 @@ public:
     virtual Element* addChild(const Element& child);
     // Frees the subtree without recursion, so any depth is safe.
     virtual ~Element();
+
+    // Elements live in pooled blocks.
+    static void* operator new(std::size_t size);
+    static void operator delete(void* block, std::size_t size) noexcept;
 
     // An element of any kind with the given name (for texts and comments, the text).
     Element(std::uint32_t kind, std::string name);

@@ -144,6 +144,12 @@ std::size_t nameEnd(const char* s, std::size_t n) {
 
 // The attributes of an open or empty-element token, from `p` on.
 int readAttributes(const char* s, std::size_t n, std::size_t p, Element::Attributes& attributes) {
+    // Room for as many as there are '=' (at least one each), so the list is allocated once.
+    if (p < n) {
+        std::size_t equals = 0;
+        for (std::size_t k = p; k < n; ++k) equals += s[k] == '=';
+        attributes.reserve(equals);
+    }
     for (;;) {
         while (p < n && isSpace(static_cast<unsigned char>(s[p]))) ++p;
         if (p == n || s[p] == '?') return kReadOk;  // '?' ends a declaration's attributes
@@ -325,8 +331,9 @@ int buildFromText(RawTokenStream& tokens, Element& element) {
             case kTokenOpen: {
                 const bool opens = token->type == kTokenOpen;
                 if (opens && open.size() + 2 > kMaxDepth) return kReadMalformed;
-                auto child = std::make_unique<Element>();
-                result = readTag(token->text, token->size, *child);
+                const std::size_t end = nameEnd(token->text, token->size);
+                auto child = std::make_unique<Element>(kTag, unescaped(token->text, end));
+                result = readAttributes(token->text, token->size, end, child->attributes());
                 if (result != kReadOk) return result;
                 tokens.advance();
                 if (opens) {

@@ -1,9 +1,11 @@
 // Text form of elements. The walk keeps its own stack so that any depth of
-// tree can be written, and writes into room reserved ahead in the string, so
-// that a piece costs a copy and not an append.
+// tree can be written, and writes into room reserved ahead, so that a piece
+// costs a copy and not an append.
 #include <algorithm>
+#include <cstdint>
 #include <cstring>
 #include <fstream>
+#include <memory>
 #include <vector>
 
 #include "util/xml/char_class.h"
@@ -16,26 +18,52 @@ namespace {
 // The longest form of one byte: "&#255;".
 constexpr std::size_t kMaxEscapedByte = 6;
 
-// Appends to a string through a cursor into room grown ahead of it; the
-// string is cut back to what was written when the sink goes away.
+// True when all eight bytes at `s` are plain. Each test finds, in every byte
+// at once, whether some byte is below 32, above 126, '&' or '<'.
+inline bool plainWord(const char* s) {
+    constexpr std::uint64_t kOnes = 0x0101010101010101u;
+    constexpr std::uint64_t kHigh = 0x8080808080808080u;
+    std::uint64_t x;
+    std::memcpy(&x, s, 8);
+    const auto hasZero = [](std::uint64_t v) { return (v - kOnes) & ~v & kHigh; };
+    const std::uint64_t below32 = (x - kOnes * 32) & ~x & kHigh;
+    const std::uint64_t above126 = ((x + kOnes) | x) & kHigh;
+    return (below32 | above126 | hasZero(x ^ (kOnes * '&')) | hasZero(x ^ (kOnes * '<'))) == 0;
+}
+
+// Gathers the text in pieces of memory that are never cleared, then appends
+// it to the string in one copy of the exact size: growing the string as it
+// goes would clear and copy it again at every doubling.
 class Sink {
 public:
-    explicit Sink(std::string& out) : out_(out), used_(out.size()) {}
-    ~Sink() { out_.resize(used_); }
+    explicit Sink(std::string& out) : out_(out), start_(local_), cursor_(local_), end_(local_ + sizeof local_) {}
     Sink(const Sink&) = delete;
     Sink& operator=(const Sink&) = delete;
 
+    // Appends everything written to the string.
+    void finish() {
+        full_.push_back({start_, static_cast<std::size_t>(cursor_ - start_)});
+        std::size_t total = 0;
+        for (const Piece& piece : full_) total += piece.used;
+        out_.reserve(out_.size() + total);
+        for (const Piece& piece : full_) out_.append(piece.data, piece.used);
+        full_.clear();
+        owned_.clear();
+        start_ = cursor_ = local_;
+        end_ = local_ + sizeof local_;
+    }
+
     // At least `n` free places at the cursor.
     char* room(std::size_t n) {
-        if (out_.size() - used_ < n) out_.resize(std::max(out_.size() * 2, used_ + n + 4096));
-        return &out_[used_];
+        if (static_cast<std::size_t>(end_ - cursor_) < n) grow(n);
+        return cursor_;
     }
-    void advanceTo(const char* p) { used_ = static_cast<std::size_t>(p - out_.data()); }
+    void advanceTo(char* p) { cursor_ = p; }
 
-    void put(char c) { *room(1) = c, ++used_; }
+    void put(char c) { *room(1) = c, ++cursor_; }
     void put(const char* s, std::size_t n) {
         std::memcpy(room(n), s, n);
-        used_ += n;
+        cursor_ += n;
     }
     void put(const std::string& s) { put(s.data(), s.size()); }
     void escaped(const std::string& s) { escaped(s.data(), s.size()); }
@@ -54,6 +82,7 @@ public:
         const char* const end = s + n;
         while (s != end) {
             const char* run = s;
+            while (end - run >= 8 && plainWord(run)) run += 8;
             while (run != end && isPlain(static_cast<unsigned char>(*run))) ++run;
             std::memcpy(p, s, static_cast<std::size_t>(run - s));
             p += run - s;
@@ -71,8 +100,30 @@ public:
     }
 
 private:
+    struct Piece {
+        const char* data;
+        std::size_t used;
+    };
+
+    void grow(std::size_t n) {
+        full_.push_back({start_, static_cast<std::size_t>(cursor_ - start_)});
+        nextSize_ = std::min(nextSize_ * 2, kLargestPiece);
+        const std::size_t size = std::max(nextSize_, n);
+        owned_.emplace_back(new char[size]);
+        start_ = cursor_ = owned_.back().get();
+        end_ = start_ + size;
+    }
+
+    static constexpr std::size_t kLargestPiece = std::size_t{4} << 20;
+
     std::string& out_;
-    std::size_t used_;
+    char local_[2048];
+    std::vector<Piece> full_;
+    std::vector<std::unique_ptr<char[]>> owned_;
+    std::size_t nextSize_ = 8192;
+    char* start_;
+    char* cursor_;
+    char* end_;
 };
 
 void putAttributes(Sink& out, const Element::Attributes& attributes) {
@@ -152,6 +203,7 @@ void putLeaf(Sink& out, const Element& e, const char* prefix, std::size_t prefix
 void appendEscaped(std::string& out, const char* data, std::size_t size) {
     Sink sink(out);
     sink.escaped(data, size);
+    sink.finish();
 }
 
 std::string escape(const std::string& text) {
@@ -165,6 +217,7 @@ void Element::appendTo(std::string& text, const std::string& newline, const std:
     Sink out(text);
     if (kind_ != kTag) {
         putLeaf(out, *this, prefix.data(), prefix.size());
+        out.finish();
         return;
     }
     struct Frame {
@@ -225,6 +278,7 @@ void Element::appendTo(std::string& text, const std::string& newline, const std:
             if (!stack.empty() && !stack.back().textOnly) out.put(newline);
         }
     }
+    out.finish();
 }
 
 std::string Element::toString(const std::string& newline, const std::string& indent,
