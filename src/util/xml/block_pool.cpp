@@ -32,8 +32,16 @@ struct FreeBlock {
     FreeBlock* next;
 };
 
-// One list per size class: sizes 1..16 share class 0, 17..32 class 1, and so on.
-thread_local FreeBlock* freeBlocks[kClasses] = {};
+// Per size class (sizes 1..16 share class 0, 17..32 class 1, and so on):
+// blocks given back, and the part of the newest chunk not yet handed out.
+// Blocks are cut from a chunk only when asked for, so a chunk's memory is
+// first touched by the piece that uses it.
+struct SizeClass {
+    FreeBlock* free;
+    char* next;
+    char* end;
+};
+thread_local SizeClass classes[kClasses] = {};
 
 std::size_t classOf(std::size_t size) { return (size - 1) / kGrain; }
 
@@ -41,23 +49,12 @@ std::size_t classOf(std::size_t size) { return (size - 1) / kGrain; }
 std::mutex chunkLock;
 std::vector<void*>* chunks = nullptr;
 
-FreeBlock* refill(std::size_t sizeClass) {
+void* newChunk() {
     void* chunk = ::operator new(kChunkBytes);
-    {
-        std::lock_guard<std::mutex> hold(chunkLock);
-        if (!chunks) chunks = new std::vector<void*>();
-        chunks->push_back(chunk);
-    }
-    // Linked back to front, so that blocks are handed out in address order.
-    const std::size_t size = (sizeClass + 1) * kGrain;
-    char* base = static_cast<char*>(chunk);
-    FreeBlock* head = nullptr;
-    for (std::size_t k = kChunkBytes / size; k-- > 0;) {
-        auto* block = reinterpret_cast<FreeBlock*>(base + k * size);
-        block->next = head;
-        head = block;
-    }
-    return head;
+    std::lock_guard<std::mutex> hold(chunkLock);
+    if (!chunks) chunks = new std::vector<void*>();
+    chunks->push_back(chunk);
+    return chunk;
 }
 
 }  // namespace
@@ -65,10 +62,19 @@ FreeBlock* refill(std::size_t sizeClass) {
 void* takeBlock(std::size_t size) {
     if (size == 0) size = 1;
     if (size > kLargestPooledBlock) return ::operator new(size);
-    FreeBlock*& head = freeBlocks[classOf(size)];
-    if (!head) head = refill(classOf(size));
-    FreeBlock* block = head;
-    head = block->next;
+    const std::size_t k = classOf(size);
+    SizeClass& c = classes[k];
+    if (FreeBlock* block = c.free) {
+        c.free = block->next;
+        return block;
+    }
+    const std::size_t blockSize = (k + 1) * kGrain;
+    if (static_cast<std::size_t>(c.end - c.next) < blockSize) {
+        c.next = static_cast<char*>(newChunk());
+        c.end = c.next + kChunkBytes;
+    }
+    void* block = c.next;
+    c.next += blockSize;
     return block;
 }
 
@@ -80,9 +86,9 @@ void giveBlock(void* block, std::size_t size) noexcept {
         return;
     }
     auto* b = static_cast<FreeBlock*>(block);
-    FreeBlock*& head = freeBlocks[classOf(size)];
-    b->next = head;
-    head = b;
+    SizeClass& c = classes[classOf(size)];
+    b->next = c.free;
+    c.free = b;
 }
 
 #endif
