@@ -79,14 +79,19 @@ bool CMesh::setPolygonCount(std::int32_t count) {
     if (count < 0) {
         return false;
     }
-    const std::vector<std::int32_t> oldPolygons = polygons;
-    if (!resizeTo(polygons, 3 * static_cast<std::int64_t>(count))) {
+    // Room for both lists first: once it is there, neither resize can fail,
+    // so a failure leaves both as they were without a copy to restore from.
+    const auto size = 3 * static_cast<std::size_t>(count);
+    try {
+        polygons.reserve(size);
+        uvIndices.reserve(size);
+    } catch (const std::bad_alloc&) {
+        return false;
+    } catch (const std::length_error&) {
         return false;
     }
-    if (!resizeTo(uvIndices, 3 * static_cast<std::int64_t>(count))) {
-        polygons = oldPolygons;
-        return false;
-    }
+    polygons.resize(size);
+    uvIndices.resize(size);
     return true;
 }
 
