@@ -155,13 +155,7 @@ std::string EmbeddedDriver::inspect(const std::string& object, std::ostream& out
 std::string EmbeddedDriver::documentInfo(std::int64_t type, std::ostream& out) {
     BaseDocument* doc = host_.activeDocument();
     if (!doc) return "no document is open";
-    auto* node = static_cast<tvr::plr::embedded::DocumentNode*>(tvr::plr::embedded::nodeOf(doc));
-    if (!node) return "the active document is not the host's";
-    DocumentInfoData info;
-    info.type = static_cast<LONG>(type);
-    info.doc = doc;
-    host_.journal().add("DocumentInfo", std::to_string(type) + " " + node->name.ToStd());
-    node->messageSceneHooks(MSG_DOCUMENTINFO, &info);
+    if (!host_.tellDocument(doc, static_cast<LONG>(type))) return "the active document is not the host's";
     out << "document event " << type << " sent\n";
     return "";
 }

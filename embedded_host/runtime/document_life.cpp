@@ -34,9 +34,8 @@ BaseDocument* EmbeddedHost::newDocument(const std::string& name) {
   DocumentImpl* d = makeDocument();
   d->settings.name = Filename(String(name));
   d->name = String(name);
-  DocumentNode* old = context_->active;
-  insertDocument(d);
-  context_->active = old;  // insertDocument activates a first document silently; this one is told
+  d->insertLastInto(nullptr, ListKind::Documents);
+  d->ensureSceneHooks();
   activateDocument(d);
   return d;
 }
@@ -46,8 +45,22 @@ void EmbeddedHost::insertDocument(BaseDocument* doc) {
   if (!n || n->kind != NodeKind::Document || n->inTree()) return;
   n->insertLastInto(nullptr, ListKind::Documents);
   static_cast<DocumentNode*>(n)->ensureSceneHooks();
-  // The first document becomes active at once; it is told so when activated.
-  if (!context_->active) context_->active = static_cast<DocumentNode*>(n);
+  // An inserted document becomes the active one, the first one inserted included.
+  activateDocument(doc);
+}
+
+bool EmbeddedHost::tellDocument(BaseDocument* doc, LONG type, const std::string& file) {
+  DocumentNode* d = documentNodeOf(doc);
+  if (!d || d->inList != ListKind::Documents) return false;
+  sendDocumentInfo(*context_, d, type, file.empty() ? Filename() : Filename(String(file)));
+  return true;
+}
+
+bool EmbeddedHost::messageSceneHooks(BaseDocument* doc, LONG id, void* data) {
+  DocumentNode* d = documentNodeOf(doc);
+  if (!d || d->inList != ListKind::Documents) return false;
+  d->messageSceneHooks(id, data);
+  return true;
 }
 
 BaseDocument* EmbeddedHost::activeDocument() const {

@@ -11,6 +11,7 @@
 #include "embedded_host/runtime/host_context.h"
 #include "embedded_host/runtime/host_table.h"
 #include "embedded_host/runtime/module_loader.h"
+#include "embedded_host/scene/node_memory.h"
 #include "embedded_host/scene/object_node.h"
 #include "embedded_host/scene/scene_dump.h"
 
@@ -45,6 +46,7 @@ EmbeddedHost::~EmbeddedHost() {
   // Nodes still alive here were made by tests and never freed; they go with the host.
   setContext(nullptr);
   context_.reset();
+  nodememory::drain();
 }
 
 bool EmbeddedHost::refuseModule(const std::string& text, std::string* error) {
@@ -90,6 +92,10 @@ bool EmbeddedHost::startModule(std::unique_ptr<Module> m, std::string* error) {
     closeLibrary(m->library);
     return refuseModule(m->path + ": initialise answered " + std::to_string(init), error);
   }
+  // Asked once the module knows the host; the answer is only noted, as modules of every
+  // version this host knows start the same way.
+  const LONG version = m->entry(C4DPL_INIT_VERSION, nullptr, nullptr, nullptr);
+  context_->journal.add("Module", "version " + m->path + " " + std::to_string(version));
   context_->journal.add("Module", "start " + m->path);
   context_->starting = true;
   const LONG started = m->entry(C4DPL_START, nullptr, nullptr, nullptr);

@@ -53,8 +53,15 @@ class EmbeddedHost {
   void removeDocument(BaseDocument* doc);
   // The active document when doc is null.
   void closeDocument(BaseDocument* doc = nullptr);
-  // Adds a document made elsewhere (BaseDocument::Alloc) to the host's list.
+  // Adds a document made elsewhere (BaseDocument::Alloc) to the host's list and makes it the
+  // active one: the one left hears 1001, the inserted one 1000.
   void insertDocument(BaseDocument* doc);
+  // Tells doc's scene hooks document event type (any type, also ones the host never sends by
+  // itself), the record naming file; journaled like the host's own. False for a document that
+  // is not in the host's list.
+  bool tellDocument(BaseDocument* doc, LONG type, const std::string& file = std::string());
+  // Any message to doc's scene hooks, data as given (null included).
+  bool messageSceneHooks(BaseDocument* doc, LONG id, void* data);
   std::vector<BaseDocument*> documents() const;
   // A scene file becomes a new active document; on failure nothing changes, the console
   // and a dialog say why, and so does *error.

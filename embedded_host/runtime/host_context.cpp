@@ -35,7 +35,9 @@ void HostContext::print(const std::string& line) {
 }
 
 void HostContext::dialog(const std::string& text) {
+  // A dialog is gone once closed; the console keeps what it said.
   dialogs.push_back(text);
+  console.push_back(text);
   journal.add("MessageDialog", text);
   if (echoConsole) std::printf("[dialog] %s\n", text.c_str());
 }

@@ -7,6 +7,7 @@
 #include "embedded_host/scene/document_node.h"
 #include "embedded_host/runtime/host_context.h"
 #include "embedded_host/scene/link_impl.h"
+#include "embedded_host/scene/node_memory.h"
 #include "embedded_host/geometry/ray_collider.h"
 #include "embedded_host/scene/track_node.h"
 #include "embedded_host/runtime/embedded_host.h"
@@ -24,9 +25,17 @@ void journal(const char* kind, const std::string& text) {
 void* hostAlloc(std::size_t size) { return ::operator new(size, std::nothrow); }
 void hostFree(void* p) { ::operator delete(p); }
 
+// A pointer freed before finds no node (its memory is held back, see node_memory.h): said, no effect.
+bool refuseFreedBefore(HostContext* c, const void* p, const char* what) {
+  if (!c || !p || nodeOf(p) || !nodememory::wasFreed(p)) return false;
+  c->print(std::string(what) + " refused: freed before");
+  return true;
+}
+
 // Frees a node that a module hands back, unless it is part of an undo copy.
 void freeNode(const void* p, NodeKind kind, const char* what) {
   HostContext* c = ctx();
+  if (refuseFreedBefore(c, p, what)) return;
   HostNode* n = nodeOf(p);
   if (!c || !n) return;
   if (n->kind != kind || n->ownership == Ownership::Snapshot) {
@@ -64,6 +73,7 @@ BaseDocument* documentAlloc() { return ctx() ? makeDocument() : nullptr; }
 
 void documentFree(BaseDocument* doc) {
   HostContext* c = ctx();
+  if (refuseFreedBefore(c, doc, "BaseDocument::Free")) return;
   HostNode* n = nodeOf(doc);
   if (!c || !n || n->kind != NodeKind::Document) return;
   if (n->inTree() && c->host) {
@@ -143,13 +153,17 @@ BaseContainer* getWorldContainerInstance() {
 }
 
 // Checks shared by every registration; on refusal the host still takes the data object.
-bool mayRegister(HostContext* c, LONG id, const String& name, const char* kind, BaseData* data) {
+// hasCode: the data object or allocator the plug-in runs on was given.
+bool mayRegister(HostContext* c, LONG id, const String& name, const char* kind, BaseData* data, bool hasCode,
+                 const char* missing) {
   if (!c) return false;
   std::string why;
   if (!c->starting)
     why = "not while the host is starting modules";
   else if (c->plugins.isRegistered(id))
     why = "id already registered";
+  else if (!hasCode)
+    why = missing;
   std::ostringstream s;
   s << kind << " " << id << " '" << name.ToStd() << "'" << (why.empty() ? "" : " refused: " + why);
   c->journal.add("Register", s.str());
@@ -163,8 +177,7 @@ std::string iconName(BaseBitmap* icon) { return icon ? icon->GetFilename().GetSt
 
 Bool registerCommand(LONG id, const String& name, LONG info, BaseBitmap* icon, const String& help, CommandData* data) {
   HostContext* c = ctx();
-  if (!mayRegister(c, id, name, "Command", data)) return false;
-  if (!data) return false;
+  if (!mayRegister(c, id, name, "Command", data, data != nullptr, "no command data")) return false;
   c->plugins.commands.push_back({{id, name.ToStd(), info}, iconName(icon), help.ToStd(), data});
   return true;
 }
@@ -172,8 +185,7 @@ Bool registerCommand(LONG id, const String& name, LONG info, BaseBitmap* icon, c
 Bool registerSceneHook(LONG id, const String& name, LONG info, DataAllocator* allocator, LONG priority, LONG diskLevel,
                        void*) {
   HostContext* c = ctx();
-  if (!mayRegister(c, id, name, "SceneHook", nullptr)) return false;
-  if (!allocator) return false;
+  if (!mayRegister(c, id, name, "SceneHook", nullptr, allocator != nullptr, "no allocator")) return false;
   c->plugins.sceneHooks.push_back({{id, name.ToStd(), info}, "", "", priority, diskLevel, allocator});
   return true;
 }
@@ -181,8 +193,7 @@ Bool registerSceneHook(LONG id, const String& name, LONG info, DataAllocator* al
 Bool registerTag(LONG id, const String& name, LONG info, DataAllocator* allocator, const String& description,
                  BaseBitmap* icon, LONG diskLevel) {
   HostContext* c = ctx();
-  if (!mayRegister(c, id, name, "Tag", nullptr)) return false;
-  if (!allocator) return false;
+  if (!mayRegister(c, id, name, "Tag", nullptr, allocator != nullptr, "no allocator")) return false;
   c->plugins.tags.push_back(
       {{id, name.ToStd(), info}, description.ToStd(), iconName(icon), 0, diskLevel, allocator});
   return true;
@@ -190,8 +201,7 @@ Bool registerTag(LONG id, const String& name, LONG info, DataAllocator* allocato
 
 Bool registerMessage(LONG id, const String& name, LONG info, MessageData* data) {
   HostContext* c = ctx();
-  if (!mayRegister(c, id, name, "Message", data)) return false;
-  if (!data) return false;
+  if (!mayRegister(c, id, name, "Message", data, data != nullptr, "no message data")) return false;
   c->plugins.messages.push_back({{id, name.ToStd(), info}, data});
   return true;
 }

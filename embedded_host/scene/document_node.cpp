@@ -33,9 +33,32 @@ void DocumentNode::dumpOwn(DumpOut& out) const {
   out.time(settings.loopMaxTime);
 }
 
-void DocumentNode::insertObject(HostNode* op, HostNode* parent, HostNode* pred) {
+static bool nameTaken(const HostNode* owner, const HostNode* except, const std::string& name) {
+  for (const HostNode* n = owner->children.first; n; n = n->next)
+    if ((n != except && n->name.ToStd() == name) || nameTaken(n, except, name)) return true;
+  return false;
+}
+
+// "name", "name.1", "name.2", ...: the first one no other object of the document carries.
+// A name that already ends in ".<number>" counts on from its stem.
+static std::string uniqueName(const HostNode* doc, const HostNode* op) {
+  const std::string name = op->name.ToStd();
+  if (name.empty() || !nameTaken(doc, op, name)) return name;
+  std::string stem = name;
+  const std::size_t dot = name.rfind('.');
+  if (dot != std::string::npos && dot + 1 < name.size() &&
+      name.find_first_not_of("0123456789", dot + 1) == std::string::npos)
+    stem = name.substr(0, dot);
+  for (long i = 1;; ++i) {
+    const std::string candidate = stem + "." + std::to_string(i);
+    if (!nameTaken(doc, op, candidate)) return candidate;
+  }
+}
+
+void DocumentNode::insertObject(HostNode* op, HostNode* parent, HostNode* pred, bool checkNames) {
   HostContext* c = context();
   if (!op || op->kind != NodeKind::Object || op->ownership == Ownership::Snapshot) return;
+  if (refuseIfInserted(op, "InsertObject")) return;
   bool ok;
   if (pred && pred->kind == NodeKind::Object && pred->documentNode() == this && pred->inTree() && pred != op)
     ok = op->insertInto(pred->listOwner, ListKind::Children, pred);
@@ -44,6 +67,7 @@ void DocumentNode::insertObject(HostNode* op, HostNode* parent, HostNode* pred) 
   else
     ok = op->insertInto(this, ListKind::Children, nullptr);
   if (!ok && c) c->print("InsertObject refused: " + describeNode(op) + " cannot go under itself");
+  if (ok && checkNames) op->name = String(uniqueName(this, op));
 }
 
 static HostNode* firstSelected(HostNode* owner) {
@@ -165,8 +189,8 @@ void DocumentNode::freeSceneHooks() {
   for (SceneHookImpl* h : gone) delete h;
 }
 
-void DocumentImpl::InsertObject(BaseObject* op, BaseObject* parent, BaseObject* pred, Bool) {
-  insertObject(nodeOf(op), nodeOf(parent), nodeOf(pred));
+void DocumentImpl::InsertObject(BaseObject* op, BaseObject* parent, BaseObject* pred, Bool checkNames) {
+  insertObject(nodeOf(op), nodeOf(parent), nodeOf(pred), checkNames);
 }
 
 static void journal(const char* kind, const std::string& text) {

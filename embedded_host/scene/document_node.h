@@ -30,7 +30,9 @@ class DocumentNode : public HostNode {
   void releasePluginData() override;
 
   // InsertObject: after pred when it is in this document, else first child of parent, else first.
-  void insertObject(HostNode* op, HostNode* parent, HostNode* pred);
+  // Refused for an object in a list already. checkNames renames op when another object of the
+  // document carries its name.
+  void insertObject(HostNode* op, HostNode* parent, HostNode* pred, bool checkNames = false);
   HostNode* activeObject() const;
   void setActiveObject(HostNode* op, LONG mode);
   // Tracks into parameters at the document time, then expression tags, objects depth first.

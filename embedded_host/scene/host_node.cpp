@@ -5,12 +5,16 @@
 
 #include "embedded_host/scene/document_node.h"
 #include "embedded_host/runtime/host_context.h"
+#include "embedded_host/scene/node_memory.h"
 #include "embedded_host/scene/scene_dump.h"
 #include "embedded_host/scene/undo_stack.h"
 
 namespace tvr::plr::embedded {
 
 HostNode::HostNode(NodeKind k, LONG t) : kind(k), type(t) {}
+
+void* HostNode::operator new(std::size_t size) { return nodememory::allocate(size); }
+void HostNode::operator delete(void* p, std::size_t size) { nodememory::release(p, size); }
 
 HostNode::~HostNode() {
   for (NodeList* list : {&children, &tags, &tracks}) {
@@ -137,9 +141,19 @@ bool HostNode::insertLastInto(HostNode* owner, ListKind k) {
   return insertInto(owner, k, pred);
 }
 
+bool refuseIfInserted(const HostNode* n, const char* call) {
+  if (!n || !n->inTree()) return false;
+  // The host does not move a node that is still in a list: it would leave the old list
+  // pointing at it. The caller removes it first.
+  if (HostContext* c = context()) c->print(std::string(call) + " refused: " + describeNode(n) + " is already inserted");
+  return true;
+}
+
 void HostNode::insertRelative(GeListNode* other, int where) {
   HostNode* o = nodeOf(other);
   if (!o || o == this) return;
+  static const char* const calls[] = {"InsertBefore", "InsertAfter", "InsertUnder", "InsertUnderLast"};
+  if (refuseIfInserted(this, calls[where])) return;
   if (where == 0 || where == 1) {
     if (o->inList == ListKind::None) return;
     HostNode* pred = where == 1 ? o : o->prev;
@@ -252,6 +266,7 @@ static bool descLess(const DescID& a, const DescID& b) {
 void HostNode::insertTrackSorted(CTrack* track) {
   HostNode* t = nodeOf(track);
   if (!t || !t->animatedId() || t == this || kind == NodeKind::Track) return;
+  if (refuseIfInserted(t, "InsertTrackSorted")) return;
   const DescID& id = *t->animatedId();
   HostNode* pred = nullptr;
   for (HostNode* n = tracks.first; n; n = n->next) {

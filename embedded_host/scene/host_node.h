@@ -33,6 +33,9 @@ class HostNode {
   virtual ~HostNode();
   HostNode(const HostNode&) = delete;
   HostNode& operator=(const HostNode&) = delete;
+  // Freed nodes' memory is held back for a while (node_memory.h).
+  static void* operator new(std::size_t size);
+  static void operator delete(void* p, std::size_t size);
 
   BaseList2D* iface() const { return iface_; }
   // Called once by the factory: the SDK pointer, registered as allocated (and linkable when asked).
@@ -115,6 +118,10 @@ class HostNode {
 // Frees a node the way BaseObject::Free and friends do: out of the tree first. A node held by
 // an undo record becomes that record's snapshot instead, so undo can still bring it back.
 void destroyNode(HostNode* node);
+
+// SDK insertions of a node that is in a list already are refused with a console line naming
+// the call; true when refused.
+bool refuseIfInserted(const HostNode* n, const char* call);
 
 // The HostNode behind an SDK pointer made by this host; null for anything else.
 HostNode* nodeOf(const void* p);

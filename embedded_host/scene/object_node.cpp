@@ -125,7 +125,7 @@ BaseTag* ObjectNode::tagOfType(LONG t, LONG nr) const {
 
 void ObjectNode::insertTag(BaseTag* tag, BaseTag* pred) {
   HostNode* t = nodeOf(tag);
-  if (!t || t->kind != NodeKind::Tag) return;
+  if (!t || t->kind != NodeKind::Tag || refuseIfInserted(t, "InsertTag")) return;
   HostNode* p = nodeOf(pred);
   if (p && (p->listOwner != this || p->inList != ListKind::Tags)) p = nullptr;
   t->insertInto(this, ListKind::Tags, p);

@@ -94,23 +94,31 @@ inline Matrix HPBToMatrix(const Vector& hpb, LONG rotationOrder = ROTATIONORDER_
   return m;
 }
 
-// Inverse of HPBToMatrix on normalised axes; heading in [0, 2*pi).
+// Inverse of HPBToMatrix on normalised axes; heading in [0, 2*pi). Worked in double: near the
+// pole heading and bank rest on entries of the size of cos(pitch), which single precision keeps
+// to full relative precision but not to absolute precision.
 inline Vector MatrixToHPB(const Matrix& mat, LONG rotationOrder = ROTATIONORDER_HPB) {
   (void)rotationOrder;
-  const Vector v1 = !mat.v1, v2 = !mat.v2, v3 = !mat.v3;
+  struct Axis {
+    double x, y, z;
+  };
+  auto unit = [](const Vector& v) {
+    const double x = v.x, y = v.y, z = v.z;
+    const double l = std::sqrt(x * x + y * y + z * z);
+    return l > 0.0 ? Axis{x / l, y / l, z / l} : Axis{0.0, 0.0, 0.0};
+  };
+  const Axis v1 = unit(mat.v1), v2 = unit(mat.v2), v3 = unit(mat.v3);
   const double twoPi = 6.283185307179586;
-  double sp = v3.y;
-  if (sp > 1.0) sp = 1.0;
-  if (sp < -1.0) sp = -1.0;
-  const double p = std::asin(sp);
+  const double cp = std::sqrt(v3.x * v3.x + v3.z * v3.z);
+  const double p = std::atan2(v3.y, cp);
   double h, b;
-  if (std::fabs(sp) < 0.99999) {
-    h = std::atan2(-double(v3.x), double(v3.z));
-    b = std::atan2(-double(v1.y), double(v2.y));
+  if (cp > 0.0) {
+    h = std::atan2(-v3.x, v3.z);
+    b = std::atan2(-v1.y, v2.y);
   } else {
-    // Gimbal lock: only h - b (or h + b) is defined; put it all into the heading.
+    // Exactly at the pole only h - b (or h + b) is defined; all of it goes into the heading.
     b = 0.0;
-    h = std::atan2(double(v1.z), double(v1.x));
+    h = std::atan2(v1.z, v1.x);
   }
   if (h < 0.0) h += twoPi;
   // Just below 2*pi rounds up to it in single precision; that is a heading of 0.

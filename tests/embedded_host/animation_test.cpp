@@ -41,8 +41,9 @@ TEST_F(AnimationTest, KeysAndTracksStaySortedAndFindable) {
   EXPECT_EQ(curve->GetKeyCount(), 3);
   EXPECT_EQ(curve->FindKey(BaseTime(3, 1), &index, FINDANIM_EXACT), curve->GetKey(2));
   EXPECT_EQ(index, 2);
+  index = -7;
   EXPECT_EQ(curve->FindKey(BaseTime(2.5f), &index, FINDANIM_EXACT), nullptr);
-  EXPECT_EQ(index, 2);  // untouched when not found
+  EXPECT_EQ(index, -7);  // untouched when not found, not where the key would go
 
   EXPECT_FALSE(curve->DelKey(3));
   EXPECT_FALSE(curve->DelKey(-1));

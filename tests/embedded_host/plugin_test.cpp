@@ -50,6 +50,11 @@ TEST_P(RoundTrip, CommandTagMessageAndSceneHook) {
   std::string error;
   ASSERT_TRUE(GetParam() ? host.loadModule(HOST_TEST_MODULE_PATH, &error)
                          : host.loadModule(linkedTestModuleMain, "linked test module", &error)) << error;
+  // Initialised, asked its version, started.
+  std::vector<std::string> protocol;
+  for (const auto& e : host.journal().find("Module")) protocol.push_back(e.text.substr(0, e.text.find(' ')));
+  EXPECT_EQ(protocol, (std::vector<std::string>{"initialise", "version", "start"}));
+  EXPECT_EQ(host.journal().find("Module")[1].text.substr(host.journal().find("Module")[1].text.size() - 2), " 3");
   BaseDocument* doc = host.newDocument("scene");
   host.runCycle();  // the new document's activation
   host.journal().clear();
@@ -104,6 +109,30 @@ TEST(Registration, OnlyWhileStartingAndOncePerId) {
   EXPECT_EQ(error, "second copy: start answered 0");
   EXPECT_EQ(host.context().plugins.commands.size(), 1u);
   EXPECT_EQ(host.journal().count("Register"), 6u);  // four accepted, one late, one duplicate
+
+  // A tag or scene hook without an allocator, or a command or message without data, is refused
+  // when registered, and the id stays free.
+  host.context().starting = true;
+  host.journal().clear();
+  EXPECT_FALSE(RegisterTagPlugin(77, "no code", TAG_EXPRESSION, nullptr, "", AutoBitmap("i.tif"), 0));
+  EXPECT_FALSE(RegisterSceneHookPlugin(78, "no hook", 0, nullptr, 1000, 0));
+  EXPECT_FALSE(RegisterCommandPlugin(79, "no command", 0, nullptr, "", nullptr));
+  EXPECT_FALSE(RegisterMessagePlugin(80, "no message", 0, nullptr));
+  EXPECT_TRUE(RegisterTagPlugin(77, "with code", 0, [] { return static_cast<NodeData*>(new TagData); }, "",
+                                AutoBitmap("i.tif"), 0));
+  host.context().starting = false;
+  std::vector<std::string> lines;
+  for (const auto& e : host.journal().entries()) lines.push_back(e.kind + " " + e.text);
+  EXPECT_EQ(lines, (std::vector<std::string>{
+                       "Register Tag 77 'no code' refused: no allocator",
+                       "GePrint RegisterTagPlugin 77 failed: no allocator",
+                       "Register SceneHook 78 'no hook' refused: no allocator",
+                       "GePrint RegisterSceneHookPlugin 78 failed: no allocator",
+                       "Register Command 79 'no command' refused: no command data",
+                       "GePrint RegisterCommandPlugin 79 failed: no command data",
+                       "Register Message 80 'no message' refused: no message data",
+                       "GePrint RegisterMessagePlugin 80 failed: no message data",
+                       "Register Tag 77 'with code'"}));
 }
 
 TEST(Evaluation, ExpressionTagsRunDepthFirstAndHooksComeOncePerDocument) {
@@ -131,7 +160,20 @@ TEST(Evaluation, ExpressionTagsRunDepthFirstAndHooksComeOncePerDocument) {
     }
     return op;
   };
+  // A plug-in tag registered without the expression flag is never executed.
+  struct Plain : TagData {
+    LONG Execute(BaseTag*, BaseDocument*, BaseObject*, BaseThread*, LONG, LONG) override {
+      SpecialEventAdd(99);
+      return EXECUTION_RESULT_OK;
+    }
+  };
+  constexpr LONG kPlainTag = 1000050;
+  host.context().starting = true;
+  ASSERT_TRUE(RegisterTagPlugin(kPlainTag, "Plain", TAG_VISIBLE, [] { return static_cast<NodeData*>(new Plain); }, "",
+                                nullptr, 0));
+  host.context().starting = false;
   BaseObject* a = add(first, nullptr, nullptr, 2);
+  a->MakeTag(kPlainTag);
   BaseObject* a1 = add(first, a, nullptr, 1);
   add(first, a1, nullptr, 1);
   add(first, a, a1, 1);
@@ -167,6 +209,7 @@ TEST(Events, JournalRecordsHostCallsInOrder) {
             "EventAdd 1\nDrawViews 32770\nGeSyncMessage 1952671847 0 0 0\nSpecialEventAdd 5 1 2\nGePrint hello\n"
             "MessageDialog careful\nStopAllThreads\nMessage object:5140 'n' 604\n");
   EXPECT_EQ(host.dialogs(), std::vector<std::string>{"careful"});
+  EXPECT_EQ(host.console(), (std::vector<std::string>{"hello", "careful"}));  // what a dialog said stays readable
   host.journal().clear();
   doc->Message(MSG_UPDATE);
   EXPECT_TRUE(std::regex_match(host.journal().toString(), std::regex("DocumentMessage [^\n]* 604\n"))) << host.journal().toString();

@@ -19,17 +19,76 @@ TEST_F(HostTest, InsertObjectPlacesAfterPredUnderParentOrFirst) {
   EXPECT_EQ(a->GetDownLast()->GetName().ToStd(), "k3");
   EXPECT_EQ(c->GetPred(), b);
 
-  // Moving: an inserted object is taken out of its old place first.
+  // A node still in a list is not moved by any insertion: each call says so and changes nothing.
+  BaseTag* tag = a->MakeTag(Tuvw);
+  CTrack* track = CTrack::Alloc(a, DescID(DescLevel(ID_BASEOBJECT_POSITION), DescLevel(VECTOR_X)));
+  a->InsertTrackSorted(track);
+  const std::string before = host.dump(doc);
+  host.journal().clear();
+  doc->InsertObject(a, c, nullptr);
+  a->InsertUnder(c);
+  a->InsertAfter(b);
+  c->InsertTag(tag);
+  c->InsertTrackSorted(track);
+  EXPECT_EQ(host.dump(doc), before);
+  std::vector<std::string> said;
+  for (const auto& e : host.journal().find("GePrint")) said.push_back(e.text);
+  EXPECT_EQ(said, (Names{"InsertObject refused: object:5140 'a' is already inserted",
+                         "InsertUnder refused: object:5140 'a' is already inserted",
+                         "InsertAfter refused: object:5140 'a' is already inserted",
+                         "InsertTag refused: tag:5671 '' is already inserted",
+                         "InsertTrackSorted refused: track:5350 '' is already inserted"}));
+  // Moving: out of the old place first.
+  a->Remove();
   doc->InsertObject(a, c, nullptr);
   EXPECT_EQ(childNames(nullptr), (Names{"b", "c"}));
   EXPECT_EQ(a->GetUp(), c);
   EXPECT_EQ(k1->GetDocument(), doc);
 
   // An object cannot go under its own descendant.
-  doc->InsertObject(c, k1, nullptr);
+  c->Remove();
   c->InsertUnder(k1);
   EXPECT_EQ(c->GetUp(), nullptr);
-  EXPECT_EQ(childNames(nullptr), (Names{"b", "c"}));
+  EXPECT_EQ(k1->GetUp(), a);
+}
+
+TEST_F(HostTest, InsertObjectCheckingNamesNumbersTheNewcomer) {
+  BaseObject* cube = add("Cube");
+  add("Cube.1", cube);
+  auto insert = [this](const char* name, bool checkNames) {
+    BaseObject* op = BaseObject::Alloc(Onull);
+    op->SetName(name);
+    doc->InsertObject(op, nullptr, nullptr, checkNames);
+    return op->GetName().ToStd();
+  };
+  EXPECT_EQ(insert("Cube", true), "Cube.2");  // names anywhere in the document count
+  EXPECT_EQ(insert("Cube.2", true), "Cube.3");  // a numbered name counts on from its stem
+  EXPECT_EQ(insert("Sphere", true), "Sphere");
+  EXPECT_EQ(insert("", true), "");
+  EXPECT_EQ(insert("Cube", false), "Cube");
+  // The object's own name, after a remove and insert, is not a clash.
+  cube->Remove();
+  doc->InsertObject(cube, nullptr, nullptr, true);
+  EXPECT_EQ(cube->GetName().ToStd(), "Cube.4");  // another "Cube" went in meanwhile
+}
+
+TEST_F(HostTest, FreeingByAStalePointerIsCaughtAndHarmsNoNewcomer) {
+  BaseObject* a = add("a");
+  BaseObject* stale = a;
+  BaseTag* tag = BaseTag::Alloc(Tuvw);
+  BaseTag* staleTag = tag;
+  BaseObject::Free(a);
+  BaseTag::Free(tag);
+  // Whatever the allocator does, nodes made now do not take the freed addresses.
+  std::vector<BaseObject*> made;
+  for (int i = 0; i < 64; ++i) made.push_back(add(("new " + std::to_string(i)).c_str()));
+  for (BaseObject* op : made) ASSERT_NE(op, stale);
+  host.journal().clear();
+  BaseObject::Free(stale);
+  BaseTag::Free(staleTag);
+  EXPECT_EQ(host.journal().toString(), "GePrint BaseObject::Free refused: freed before\n"
+                                       "GePrint BaseTag::Free refused: freed before\n");
+  EXPECT_EQ(childNames(nullptr).size(), 64u);
 }
 
 TEST_F(HostTest, RemoveKeepsTheObjectAndFreeTakesEverythingWithIt) {

@@ -21,6 +21,22 @@ TEST(BaseTime, SecondsRoundToMillisecondsAndReduce) {
   EXPECT_DOUBLE_EQ(BaseTime(NAN).Get(), 0.0);
 }
 
+TEST(BaseTime, HalvesRoundUpOnTheSinglePrecisionProduct) {
+  // 0.0025f times 1000 is 2.5 in single precision but 2.4999999 in double: the product is
+  // single, and a half rounds up (toward +infinity, also below zero).
+  EXPECT_EQ(fraction(BaseTime(0.0025f)), std::make_pair(3.0, 1000.0));
+  EXPECT_EQ(fraction(BaseTime(-0.0015f)), std::make_pair(-1.0, 1000.0));
+  EXPECT_EQ(fraction(BaseTime(-0.0005f)), std::make_pair(0.0, 1.0));
+  EXPECT_EQ(fraction(BaseTime(-2.0004f)), std::make_pair(-2.0, 1.0));
+  // Frames: a time exactly between two frames is the earlier one above zero and the later one
+  // below it (truncation toward zero), so -1/60 s is frame 0 at 30 fps.
+  EXPECT_EQ(BaseTime(1, 60).GetFrame(30), 0);
+  EXPECT_EQ(BaseTime(-1, 60).GetFrame(30), 0);
+  EXPECT_EQ(BaseTime(-3, 60).GetFrame(30), -1);
+  EXPECT_EQ(BaseTime(-2, 60).GetFrame(30), -1);
+  EXPECT_EQ(BaseTime(-1, 1000).GetFrame(30), 0);
+}
+
 TEST(BaseTime, FractionFormAndFrames) {
   EXPECT_EQ(fraction(BaseTime(2.6, 3.4)), std::make_pair(3.0, 3.0));  // both rounded, not reduced
   EXPECT_EQ(BaseTime(1.5f).GetFrame(30), 45);
@@ -124,6 +140,46 @@ TEST(Rotation, HpbMatrixAndBackOnRandomAngles) {
   // Gimbal lock still gives a matrix that reproduces the rotation.
   const Matrix locked = HPBToMatrix(Vector(0.3f, 1.5707964f, 0.0f));
   expectNear(HPBToMatrix(MatrixToHPB(locked)), locked, 1e-4f);
+}
+
+constexpr double kPi = 3.14159265358979323846;
+
+// The textbook inverse on axes normalised in double: pitch from the Y of the Z axis, heading and
+// bank from the entries that carry cos(pitch).
+Vector referenceHpb(const Matrix& m) {
+  auto unit = [](const Vector& v, double out[3]) {
+    const double l = std::sqrt(double(v.x) * v.x + double(v.y) * v.y + double(v.z) * v.z);
+    out[0] = v.x / l;
+    out[1] = v.y / l;
+    out[2] = v.z / l;
+  };
+  double v1[3], v2[3], v3[3];
+  unit(m.v1, v1);
+  unit(m.v2, v2);
+  unit(m.v3, v3);
+  double h = std::atan2(-v3[0], v3[2]);
+  if (h < 0) h += 2 * kPi;
+  return Vector(Real(h), Real(std::asin(v3[1])), Real(std::atan2(-v1[1], v2[1])));
+}
+
+TEST(Rotation, NearThePoleHeadingAndBankStaySeparate) {
+  for (double sign : {1.0, -1.0})
+    for (double off : {1e-4, 3e-5, 1e-6, 2e-7})
+      for (const Vector hb : {Vector(0.7f, 0, -2.5f), Vector(4.0f, 0, 0.3f)}) {
+        const Real pitch = Real(sign * (kPi / 2 - off));
+        const Matrix m = HPBToMatrix(Vector(hb.x, pitch, hb.z));
+        const Vector got = MatrixToHPB(m), want = referenceHpb(m);
+        SCOPED_TRACE(::testing::Message() << "pitch " << pitch << " heading " << hb.x << " bank " << hb.z);
+        EXPECT_NEAR(got.x, want.x, 1e-9);
+        EXPECT_NEAR(got.y, want.y, 1e-9);
+        EXPECT_NEAR(got.z, want.z, 1e-9);
+        EXPECT_NEAR(got.y, pitch, 3e-7);  // the pitch itself, not rounded onto the pole
+      }
+  // Exactly at the pole only the sum is known: all of it goes into the heading.
+  const double h = 0.4;
+  const Matrix pole(Vector(), Vector(Real(std::cos(h)), 0, Real(std::sin(h))),
+                    Vector(Real(std::sin(h)), 0, Real(-std::cos(h))), Vector(0, 1, 0));
+  expectNear(MatrixToHPB(pole), Vector(0.4f, Real(kPi / 2), 0), 1e-6f);
 }
 
 TEST(Matrix, ProductInverseAndPointMapping) {

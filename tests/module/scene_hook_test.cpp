@@ -11,7 +11,6 @@
 #include "adaptor/c4d_adaptor_interface.h"
 #include "embedded_host/runtime/embedded_host.h"
 #include "no_installation.h"
-#include "embedded_host/scene/document_node.h"
 #include "platform/message_box.h"
 #include "plugin/plugin_main.h"
 #include "test_support/message_box_records.h"
@@ -76,13 +75,7 @@ protected:
     }
 
     // The host's document event `type` for the active document.
-    void sendInfo(LONG type) {
-        BaseDocument* doc = host->activeDocument();
-        DocumentInfoData info;
-        info.type = type;
-        info.doc = doc;
-        static_cast<emb::DocumentNode*>(emb::nodeOf(doc))->messageSceneHooks(MSG_DOCUMENTINFO, &info);
-    }
+    void sendInfo(LONG type) { ASSERT_TRUE(host->tellDocument(host->activeDocument(), type)); }
 
     std::string consoleSince(std::size_t from) const {
         std::string text;
@@ -122,8 +115,8 @@ TEST_F(SceneHook, EveryEventPrintsItsNumberAndUnknownOnesSayNotHandled) {
     // A message that is not about a document, or carries no record, prints nothing.
     const std::string before = consoleSince(from);
     BaseDocument* doc = host->activeDocument();
-    static_cast<emb::DocumentNode*>(emb::nodeOf(doc))->messageSceneHooks(MSG_DOCUMENTINFO, nullptr);
-    static_cast<emb::DocumentNode*>(emb::nodeOf(doc))->messageSceneHooks(1, nullptr);
+    host->messageSceneHooks(doc, MSG_DOCUMENTINFO, nullptr);
+    host->messageSceneHooks(doc, 1, nullptr);
     EXPECT_EQ(consoleSince(from), before);
 }
 

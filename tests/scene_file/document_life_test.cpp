@@ -61,6 +61,38 @@ TEST_F(DocumentLifeTest, NewSwitchSaveOpenAndCloseInTheHostsOrder) {
   EXPECT_EQ(host.activeDocument()->GetFirstObject(), nullptr);
 }
 
+TEST_F(DocumentLifeTest, InsertedDocumentsBecomeActiveAndClosingTellsTheClosingOneFirst) {
+  // Documents made by a module: the first one inserted is told it became active like any other.
+  BaseDocument* a = BaseDocument::Alloc();
+  a->SetDocumentName(Filename(String("a")));
+  InsertBaseDocument(a);
+  EXPECT_EQ(take(), (Lines{"1000@a"}));
+  BaseDocument* b = BaseDocument::Alloc();
+  b->SetDocumentName(Filename(String("b")));
+  b->InsertObject(BaseObject::Alloc(Onull), nullptr, nullptr);
+  InsertBaseDocument(b);
+  EXPECT_EQ(take(), (Lines{"1001@a", "1000@b"}));
+  EXPECT_EQ(GetActiveDocument(), b);
+
+  // Closing the active one: it hears 1001 before anyone hears anything, still holds its objects
+  // while it hears 1008, and what a hook does on its next message finds the next active one.
+  host.closeDocument();
+  ASSERT_EQ(heard.size(), 3u);
+  EXPECT_TRUE(heard[1].hasObjects);
+  EXPECT_EQ(take(), (Lines{"1001@b", "1008@b", "1000@a"}));
+  EXPECT_EQ(reloadedFrom, std::vector<BaseDocument*>{a});
+
+  // Any event can be told to a document by hand, also ones the host never sends by itself.
+  for (LONG type : {1003, 1006, 1007}) EXPECT_TRUE(host.tellDocument(a, type, "/x/y.scene"));
+  ASSERT_EQ(heard.size(), 3u);
+  EXPECT_EQ(heard[0].file, "/x/y.scene");
+  EXPECT_EQ(take(), (Lines{"1003@a", "1006@a", "1007@a"}));
+  BaseDocument* loose = BaseDocument::Alloc();
+  EXPECT_FALSE(host.tellDocument(loose, 1000));  // not in the host's list
+  EXPECT_EQ(take(), Lines{});
+  BaseDocument::Free(loose);
+}
+
 TEST_F(DocumentLifeTest, FailedOpenAndSaveTellWhatTheyMust) {
   BaseDocument* a = host.newDocument("a");
   take();

@@ -151,16 +151,26 @@ struct Heard {
   std::string file;
   BaseDocument* hookDocument;
   std::string name;  // the document's name when the message arrived
+  bool hasObjects;   // the document still held objects
 };
 inline std::vector<Heard> heard;
+// A hook that reloads on the next message after a document's removal: the documents it reloaded.
+inline bool reloadPending = false;
+inline std::vector<BaseDocument*> reloadedFrom;
 
 class RecordingHook : public SceneHookData {
  public:
   Bool Message(GeListNode* node, LONG type, void* data) override {
+    if (reloadPending) {
+      reloadPending = false;
+      reloadedFrom.push_back(GetActiveDocument());
+    }
     if (type == MSG_DOCUMENTINFO && data) {
       auto* info = static_cast<DocumentInfoData*>(data);
       heard.push_back({info->type, info->doc, GetActiveDocument(), info->filename.GetString().ToStd(),
-                       node ? node->GetDocument() : nullptr, info->doc->GetDocumentName().GetString().ToStd()});
+                       node ? node->GetDocument() : nullptr, info->doc->GetDocumentName().GetString().ToStd(),
+                       info->doc->GetFirstObject() != nullptr});
+      reloadPending = info->type == MSG_DOCUMENTINFO_TYPE_REMOVE;
     }
     return true;
   }
@@ -185,6 +195,8 @@ class SceneHostTest : public ::testing::Test {
     std::filesystem::create_directories(dir);
     host.loadModule(&sceneTestModule, "scene-test-module");
     heard.clear();
+    reloadPending = false;
+    reloadedFrom.clear();
   }
   ~SceneHostTest() override {
     std::error_code ec;

@@ -154,8 +154,8 @@ TEST_F(SceneFileTest, SceneTextNoticesEveryKindOfChange) {
       {"colour", [](FullScene& s) { recolour(s.poly, [](auto& c) { c.color = up(c.color); }); }},
       {"x-ray", [](FullScene& s) { recolour(s.poly, [](auto& c) { c.xray = true; }); }},
       {"selection", [](FullScene& s) { s.doc->SetActiveObject(s.camera, SELECTION_ADD); }},
-      {"order", [](FullScene& s) { s.doc->InsertObject(s.camera, nullptr, nullptr); }},
-      {"hierarchy", [](FullScene& s) { s.doc->InsertObject(s.spline, nullptr, nullptr); }},
+      {"order", [](FullScene& s) { s.camera->Remove(); s.doc->InsertObject(s.camera, nullptr, nullptr); }},
+      {"hierarchy", [](FullScene& s) { s.spline->Remove(); s.doc->InsertObject(s.spline, nullptr, nullptr); }},
       {"container id", [&](FullScene& s) { data(s).SetId(3); }},
       {"long", [&](FullScene& s) { data(s).SetLong(10, 2); }},
       {"real", [&](FullScene& s) { data(s).SetReal(11, up(0.1f)); }},
@@ -272,7 +272,7 @@ TEST_F(SceneFileTest, BadFilesLoadNothingAndSayWhereTheyFail) {
     EXPECT_EQ(host.openDocument(bad, &error), nullptr) << expected;
     EXPECT_NE(error.find(expected), std::string::npos) << "expected \"" << expected << "\" in: " << error;
     EXPECT_NE(error.find(bad), std::string::npos) << error;  // names the file
-    EXPECT_EQ(host.console().size(), consoleBefore + 1);
+    EXPECT_EQ(host.console().size(), consoleBefore + 2);  // the failure, then what the dialog said
     EXPECT_EQ(host.documents().size(), 1u);
     EXPECT_EQ(host.activeDocument(), doc);
   }
