@@ -4,20 +4,17 @@
 #include <utility>
 #include <vector>
 
-#include "util/xml/reader.h"
 
 namespace tvr::plr::state {
 
 using tvr::util::xml::Element;
 
-StateBuilder::StateBuilder(const Element& element) : element_(tvr::util::xml::parse(std::string())) {
-    element_ = element;
-}
+StateBuilder::StateBuilder(Element element) : element_(std::move(element)) {}
 
 namespace {
 
-std::vector<const StateBuilder*> childrenInPlace(const StateBuilder& builder) {
-    std::vector<const StateBuilder*> children;
+std::vector<StateBuilder*> childrenInPlace(const StateBuilder& builder) {
+    std::vector<StateBuilder*> children;
     children.reserve(builder.childCount());
     for (std::size_t i = 0; i < builder.childCount(); ++i) children.push_back(builder.child(i));
     std::stable_sort(children.begin(), children.end(), [](const StateBuilder* a, const StateBuilder* b) {
@@ -41,6 +38,21 @@ Element StateBuilder::toElement() const {
         for (const StateBuilder* child : childrenInPlace(*builder)) {
             if (child->element_.isEmpty()) continue;
             work.emplace_back(child, target->addChild(child->element_));
+        }
+    }
+    return result;
+}
+
+Element StateBuilder::takeElement() {
+    Element result = std::move(element_);
+    if (result.isEmpty()) return result;
+    std::vector<std::pair<StateBuilder*, Element*>> work{{this, &result}};
+    while (!work.empty()) {
+        auto [builder, target] = work.back();
+        work.pop_back();
+        for (StateBuilder* child : childrenInPlace(*builder)) {
+            if (child->element_.isEmpty()) continue;
+            work.emplace_back(child, target->appendChild(std::move(child->element_)));
         }
     }
     return result;

@@ -11,7 +11,7 @@ namespace tvr::plr::state {
 class StateBuilder : public tvr::util::Composite_Dynamic<StateBuilder> {
 public:
     // `element` is the master's own "PLT_Plugin" state.
-    explicit StateBuilder(const tvr::util::xml::Element& element);
+    explicit StateBuilder(tvr::util::xml::Element element);
     ~StateBuilder() override = default;
 
     void setChildIndex(std::int32_t index) { childIndex_ = index; }
@@ -22,6 +22,9 @@ public:
     // by their place among their siblings (equal places keep their order).
     // A master whose element is empty is left out with everything under it.
     tvr::util::xml::Element toElement() const;
+    // The same, moved out instead of copied: this master and those under it
+    // are left with empty elements.
+    tvr::util::xml::Element takeElement();
 
 private:
     tvr::util::xml::Element element_;

@@ -95,7 +95,8 @@ std::int32_t childIndexOf(const Element& master) {
 // tree. Each loop is cut at the first master met on it, which is loaded at
 // the top instead.
 void breakParentLoops(std::vector<std::unique_ptr<StateBuilder>>& roots, std::vector<StateBuilder*>& builders,
-                      const std::vector<Master>& masters, const std::vector<StoredText>& texts) {
+                      const std::vector<Master>& masters, const std::vector<std::string>& names,
+                      const std::vector<StoredText>& texts) {
     std::unordered_map<const StateBuilder*, std::size_t> position;
     for (std::size_t i = 0; i < builders.size(); ++i) position[builders[i]] = i;
     // 0 unknown, 1 reachable from a root, otherwise the walk that met it.
@@ -121,7 +122,7 @@ void breakParentLoops(std::vector<std::unique_ptr<StateBuilder>>& roots, std::ve
         if (mark[at] != walk) continue;  // ran into a part already handled
         StateBuilder* cut = builders[at];
         refuse(texts[masters[at].source].object,
-               masterLabel(masters[at].element) + " is its own ancestor; it is loaded at the top", Log::Warning);
+               "master \"" + names[at] + "\" is its own ancestor; it is loaded at the top", Log::Warning);
         roots.push_back(cut->parent()->takeChild(cut));
         markSubtree(cut);
     }
@@ -201,8 +202,10 @@ GatheredState gatherState(const std::vector<StoredText>& texts) {
     std::vector<std::unique_ptr<StateBuilder>> owned;
     std::vector<StateBuilder*> builders;
     owned.reserve(unique.size());
-    for (const Master& m : unique) {
-        owned.push_back(std::make_unique<StateBuilder>(*m.element.child("PLT_Plugin")));
+    // Each master's state moves into its builder; the rest of the master
+    // (parent, place) stays behind for the steps below.
+    for (Master& m : unique) {
+        owned.push_back(std::make_unique<StateBuilder>(std::move(*m.element.child("PLT_Plugin"))));
         builders.push_back(owned.back().get());
     }
     const std::vector<std::ptrdiff_t> parentOf = findParents(uniqueNames, parents);
@@ -221,7 +224,7 @@ GatheredState gatherState(const std::vector<StoredText>& texts) {
     std::vector<std::unique_ptr<StateBuilder>> roots;
     for (auto& b : owned)
         if (b) roots.push_back(std::move(b));
-    breakParentLoops(roots, builders, unique, texts);
+    breakParentLoops(roots, builders, unique, uniqueNames, texts);
 
     out.document = tvr::util::xml::Tag("PLT");
     // Roots in builder order: loop cuts were appended after the others.
@@ -229,7 +232,7 @@ GatheredState gatherState(const std::vector<StoredText>& texts) {
     for (std::size_t i = 0; i < builders.size(); ++i) order[builders[i]] = i;
     std::stable_sort(roots.begin(), roots.end(),
                      [&](const auto& a, const auto& b) { return order[a.get()] < order[b.get()]; });
-    for (const auto& root : roots) out.document.appendChild(root->toElement());
+    for (const auto& root : roots) out.document.appendChild(root->takeElement());
     return out;
 }
 

@@ -265,9 +265,14 @@ TEST(StateDocument, ChildrenFollowTheirOwnStateOrderedByPlaceAndLongChainsCostNo
         root.addChild(std::move(child));
     }
     root.addChild(std::make_unique<StateBuilder>(Element()))->setChildIndex(-9);  // an empty state is left out
-    EXPECT_EQ(root.toElement().toString("", "", ""),
+    const Element copied = root.toElement();
+    EXPECT_EQ(copied.toString("", "", ""),
               "<PLT_Plugin>root<PLT_Plugin>c1</PLT_Plugin><PLT_Plugin>c3</PLT_Plugin>"
               "<PLT_Plugin>c0</PLT_Plugin><PLT_Plugin>c2</PLT_Plugin></PLT_Plugin>");
+    // Moving the tree out gives the same, and leaves nothing behind.
+    EXPECT_EQ(root.takeElement(), copied);
+    EXPECT_TRUE(root.toElement().isEmpty());
+    EXPECT_TRUE(root.child(0)->element().isEmpty());
 
     auto top = std::make_unique<StateBuilder>(Tag("m"));
     StateBuilder* at = top.get();
