@@ -55,6 +55,7 @@ TEST_P(RoundTrip, CommandTagMessageAndSceneHook) {
   for (const auto& e : host.journal().find("Module")) protocol.push_back(e.text.substr(0, e.text.find(' ')));
   EXPECT_EQ(protocol, (std::vector<std::string>{"initialise", "version", "start"}));
   EXPECT_EQ(host.journal().find("Module")[1].text.substr(host.journal().find("Module")[1].text.size() - 2), " 3");
+  EXPECT_EQ(consoleCount(host, "version asked"), 1);
   BaseDocument* doc = host.newDocument("scene");
   host.runCycle();  // the new document's activation
   host.journal().clear();

@@ -90,7 +90,9 @@ C4D_MAIN_EXPORT LONG c4d_main(LONG action, void* p1, void*, void* p3)
     }
     case C4DPL_START: return start() ? 1 : 0;
     case C4DPL_END: GePrint("module end"); return 1;
-    case C4DPL_INIT_VERSION: return 3;
+    case C4DPL_INIT_VERSION:
+      GePrint("version asked");
+      return 3;
     case C4DPL_MESSAGE: return reinterpret_cast<VLONG>(p1) <= 1 ? 1 : -1;
     default: return -1;
   }
