@@ -7,6 +7,7 @@
 
 #include <cstdint>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "core_api/adaptor_interface.h"
@@ -106,7 +107,7 @@ public:
         a_->reservedNotify25(value);
     }
     std::pair<double, double> getTimeRange() override { return countAdaptorSlot(26), a_->getTimeRange(); }
-    void setTimeRange(const double* range) override {
+    void setTimeRange(std::pair<double, double> range) override {
         countAdaptorSlot(27);
         a_->setTimeRange(range);
     }

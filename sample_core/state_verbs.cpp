@@ -3,6 +3,7 @@
 #include <cmath>
 #include <cstdio>
 #include <cstdlib>
+#include <utility>
 
 #include "core_api/csnapshot.h"
 #include "sample_core/command_channel.h"
@@ -86,10 +87,10 @@ CommandResult time(SampleCore& core, const std::vector<std::string>& args) {
 }
 
 CommandResult range(SampleCore& core, const std::vector<std::string>& args) {
-    double bounds[2] = {0, 0};
-    if (args.size() != 2 || !readSeconds(args[0], bounds[0]) || !readSeconds(args[1], bounds[1]))
+    std::pair<double, double> bounds{0, 0};
+    if (args.size() != 2 || !readSeconds(args[0], bounds.first) || !readSeconds(args[1], bounds.second))
         return commandError("usage: range START END (seconds)");
-    if (bounds[1] < bounds[0]) return commandError("the range ends before it starts");
+    if (bounds.second < bounds.first) return commandError("the range ends before it starts");
     core.adaptor()->setTimeRange(bounds);
     const auto now = core.adaptor()->getTimeRange();
     return {true, "range " + number(now.first) + " s to " + number(now.second) + " s"};

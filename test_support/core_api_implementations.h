@@ -64,8 +64,8 @@ public:
     // Time.
     double getTime() override { return note(__func__); } void setTime(double) override { note(__func__); }
     void reservedNotify25(int) override { note(__func__); }
-    std::pair<double, double> getTimeRange() override { return note(__func__); }
-    void setTimeRange(const double*) override { note(__func__); }
+    std::pair<double, double> getTimeRange() override { note(__func__); return timeRange; }
+    void setTimeRange(std::pair<double, double> range) override { note(__func__); timeRange = range; }
     double getFrameRate() override { return note(__func__); }
     double getFrameDuration() override { return note(__func__); } void refreshScene() override { note(__func__); }
     void reservedNotify31() override { note(__func__); } void reservedNotify32() override { note(__func__); }
@@ -79,6 +79,7 @@ public:
     int version = 9201;
     std::string displayName = "Cinema 4D R10 Adaptor", adaptorId = "adaptor_c4dr11";
     std::string hostName = "CINEMA4D", hostVersion = "R 11008";
+    std::pair<double, double> timeRange{0.0, 0.0};
     std::vector<std::string> calls;
 
 private:

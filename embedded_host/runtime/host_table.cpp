@@ -143,6 +143,7 @@ void messageDialog(const String& text) {
   if (HostContext* c = ctx()) c->dialog(text.ToStd());
 }
 void stopAllThreads() { journal("StopAllThreads", ""); }
+void freeResource() { journal("FreeResource", ""); }
 LONG getC4DVersion() {
   HostContext* c = ctx();
   return c ? c->c4dVersion : 0;
@@ -267,6 +268,7 @@ void fillHostTable(LONG apiVersion) {
   t.registerMessagePlugin = registerMessage;
   t.rayColliderAlloc = allocRayCollider;
   t.rayColliderFree = freeRayCollider;
+  t.freeResource = freeResource;
 }
 
 }  // namespace tvr::plr::embedded

@@ -59,7 +59,7 @@ public:
     void setTime(double seconds) override;
     void reservedNotify25(int value) override;
     std::pair<double, double> getTimeRange() override;
-    void setTimeRange(const double* range) override;
+    void setTimeRange(std::pair<double, double> range) override;
     double getFrameRate() override;
     double getFrameDuration() override;
     void refreshScene() override;

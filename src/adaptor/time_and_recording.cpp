@@ -51,14 +51,14 @@ std::pair<double, double> C4DAdaptorInterface::getTimeRange() {
     return {doc->GetMinTime().Get(), doc->GetMaxTime().Get()};
 }
 
-void C4DAdaptorInterface::setTimeRange(const double* range) {
+void C4DAdaptorInterface::setTimeRange(std::pair<double, double> range) {
     if (undoReplayInProgress()) return;
     BaseDocument* doc = GetActiveDocument();
-    if (!doc || !range) return;
-    doc->SetMinTime(secondsToTime(range[0]));
-    doc->SetMaxTime(secondsToTime(range[1]));
-    doc->SetLoopMinTime(secondsToTime(range[0]));
-    doc->SetLoopMaxTime(secondsToTime(range[1]));
+    if (!doc) return;
+    doc->SetMinTime(secondsToTime(range.first));
+    doc->SetMaxTime(secondsToTime(range.second));
+    doc->SetLoopMinTime(secondsToTime(range.first));
+    doc->SetLoopMaxTime(secondsToTime(range.second));
 }
 
 double C4DAdaptorInterface::getFrameRate() {

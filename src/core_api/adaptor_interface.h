@@ -67,8 +67,10 @@ public:
     /* 24 */ virtual void setTime(double seconds) = 0;
     /* 25 */ virtual void reservedNotify25(int value) = 0;
     /* 26 */ virtual std::pair<double, double> getTimeRange() = 0;
-    // range holds start and end.
-    /* 27 */ virtual void setTimeRange(const double* range) = 0;
+    // Start and end, as getTimeRange answers them. Taken by value: on Windows x64
+    // a 16-byte pair travels as a pointer to the caller's copy, so the slot reads
+    // two doubles from memory whichever way a core spells the call.
+    /* 27 */ virtual void setTimeRange(std::pair<double, double> range) = 0;
     /* 28 */ virtual double getFrameRate() = 0;
     /* 29 */ virtual double getFrameDuration() = 0;
     /* 30 */ virtual void refreshScene() = 0;

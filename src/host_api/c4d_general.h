@@ -45,6 +45,10 @@ inline void MessageDialog(const String& text) {
   C4D_HostTable* t = C4DOS();
   if (t && t->messageDialog) t->messageDialog(text);
 }
+inline void FreeResource() {
+  C4D_HostTable* t = C4DOS();
+  if (t && t->freeResource) t->freeResource();
+}
 inline void StopAllThreads() {
   C4D_HostTable* t = C4DOS();
   if (t && t->stopAllThreads) t->stopAllThreads();

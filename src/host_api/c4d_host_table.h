@@ -60,8 +60,12 @@ struct C4D_HostTable {
   GeRayCollider* (*rayColliderAlloc)();
   void (*rayColliderFree)(GeRayCollider* rc);
 
+  // Releases what the host loaded for the calling module from its resource
+  // folder (string tables, icons); the module calls it once, at its last end.
+  void (*freeResource)();
+
   // Room for services added later; a host fills unused slots with null.
-  void* reserved[32];
+  void* reserved[31];
 };
 
 // The table this binary was given (hidden visibility gives each binary its own).

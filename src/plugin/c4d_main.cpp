@@ -32,7 +32,7 @@ LONG end() {
     ModuleState& state = moduleState();
     if (state.initCount-- != 1) return 1;
     PluginEnd();
-    // The module loads no resource data of its own, so there is none to release.
+    FreeResource();
     delete state.pluginPath;
     state.pluginPath = nullptr;
     return 1;

@@ -5,6 +5,7 @@
 
 #include "adaptor/c4d_adaptor_interface.h"
 #include "core_api/core_interface.h"
+#include "platform/error_codes.h"
 #include "util/log.h"
 
 namespace tvr::plr::adaptor::cinema4d {
@@ -61,7 +62,8 @@ std::string installPath(const std::string& key) {
     std::uint32_t type = 0;
     const long rc = os.regQueryValueEx(hkey, kRegistryValue, &type, reinterpret_cast<unsigned char*>(value), &size);
     os.regCloseKey(hkey);
-    if (rc != pf::ErrorSuccess) return "";
+    // A number or binary value under the name is no path: treated as no value at all.
+    if (rc != pf::ErrorSuccess || type != pf::RegSz) return "";
     // The value need not be terminated within the size it reports.
     const std::size_t length = strnlen(value, size < kValueBufferSize ? size : kValueBufferSize);
     return std::string(value, length) + suffixFor(key);

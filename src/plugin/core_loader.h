@@ -13,7 +13,7 @@ class C4DAdaptorInterface;
 
 // Registry value "path" of the installation key, followed by the folder that
 // belongs to the key ("data", "plugin", "doc", "prm", "" and "plr"); an
-// unknown key gives the bare value. "" when the registry has no value.
+// unknown key gives the bare value. "" when the registry has no string value.
 std::string installPath(const std::string& key);
 
 // Loads core.dll from the installation, attaches it to the adaptor and starts

@@ -44,7 +44,8 @@ TEST(AdaptorIdentity, BuildsIdentifiersFromTheHostAndReadsTheActiveDocument) {
     EXPECT_EQ(adaptor->getDisplayName() + "|" + adaptor->getAdaptorId() + "|" + adaptor->getHostName() + "|" +
                   adaptor->getHostVersion(),
               "Cinema 4D R10 Adaptor|adaptor_c4dr11|CINEMA4D|R 11008");
-    EXPECT_EQ(adaptor->reservedQuery6() + adaptor->reservedQuery36(), 0);
+    EXPECT_EQ(adaptor->reservedQuery6(), 0);
+    EXPECT_EQ(adaptor->reservedQuery36(), 0);
     const std::size_t logged = tvr::util::Log::contents().size();
     EXPECT_EQ(adaptor->createMesh(nullptr, "mesh", tvr::util::CMesh()), nullptr);
     adaptor->mergeFromFile("scene", nullptr);

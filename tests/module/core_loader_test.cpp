@@ -103,6 +103,11 @@ TEST_F(CoreLoaderTest, InstallPathAppendsTheFolderOfEachKeyToTheRegistryValue) {
     EXPECT_EQ(rec.openKeys(), 0u);
     rec.setRegistryText("REGEDIT4\n");
     EXPECT_EQ(installPath("data"), "");  // no install root: not even the folder
+    // A value of another type is no install root either, not its bytes read as text.
+    ASSERT_TRUE(rec.setRegistryText("REGEDIT4\n[HKEY_LOCAL_MACHINE\\SOFTWARE\\Wow6432Node\\Tavrelo]\n"
+                                    "\"path\"=dword:00000043\n"));
+    EXPECT_EQ(installPath("data"), "");
+    EXPECT_EQ(rec.openKeys(), 0u);
 }
 
 TEST_F(CoreLoaderTest, MissingCoreShowsBothBoxesInOrderAndIsLookedForAgainNextTime) {
@@ -155,9 +160,11 @@ TEST_F(CoreLoaderTest, AttachStartsTheRunLoopTimerAndDetachUndoesItInOrder) {
     EXPECT_EQ(log.cores[0].steps, 2);
     runLoopWindowProc(runLoopWindow(), 15, 0, 0);  // other messages only go to the default procedure
     EXPECT_EQ(log.cores[0].steps, 2);
+    runLoopWindowProc(runLoopWindow(), pf::WmTimer, 7, 0);  // a tick is a tick, whatever its timer's id
+    EXPECT_EQ(log.cores[0].steps, 3);
     // Every message, timer messages included, also goes to the default procedure
-    // (the tick before attach, two timer ticks, message 15).
-    EXPECT_EQ(rec.count("DefWindowProcA"), 4u);
+    // (the tick before attach, three timer ticks, message 15).
+    EXPECT_EQ(rec.count("DefWindowProcA"), 5u);
     EXPECT_EQ(rec.find("DefWindowProcA")->args[1], "275");
 
     rec.clear();

@@ -2,14 +2,19 @@
 // their results, registrations, the two hooks, the command without a core.
 #include <gtest/gtest.h>
 
+#include <cstdio>
+#include <fstream>
+#include <sstream>
 #include <string>
 #include <vector>
 
+#include "core_api/core_interface.h"
 #include "embedded_host/runtime/embedded_host.h"
 #include "embedded_host/runtime/host_context.h"
 #include "plugin/module_state.h"
 #include "plugin/plugin_main.h"
 #include "test_support/recording_platform.h"
+#include "util/log.h"
 
 namespace tvr::plr::adaptor::cinema4d {
 namespace {
@@ -133,17 +138,95 @@ TEST(PluginEntryTest, CrashHandlerPrintsAndChains) {
     moduleState().previousCrashHandler = nullptr;
 }
 
-// The boxes and the dialog of one run are checked end to end by the host simulator's session.
-TEST(PluginEntryTest, CommandWithoutCoreTriesAgainEveryTime) {
+Bool refuseCommand(LONG, const String&, LONG, BaseBitmap*, const String&, CommandData* data) {
+    delete data;  // a refusing host still owns the data
+    return false;
+}
+
+// The crash hook goes in before anything can fail; the first refusal ends the start.
+TEST(PluginEntryTest, StartStopsAtTheFirstRefusedRegistration) {
+    emb::EmbeddedHost host(quietHost());
+    C4D_HostTable& table = host.table();
+    auto* hostCrash = table.crashHandler;
+    auto* hostAddUndo = table.docAddUndo;
+    table.registerCommandPlugin = &refuseCommand;
+    std::string error;
+    ASSERT_TRUE(host.loadModule(&c4d_main, "pelloran", &error));
+    EXPECT_NE(error.find("start answered 0"), std::string::npos) << error;
+    EXPECT_EQ(table.crashHandler, &PluginCrashHandler);
+    EXPECT_EQ(moduleState().previousCrashHandler, hostCrash);
+    EXPECT_EQ(table.docAddUndo, hostAddUndo);
+    EXPECT_TRUE(host.journal().find("Register").empty());
+    host.shutdown();
+}
+
+struct OpenedCore : core::CoreInterface {
+    void saveState(tvr::util::xml::Element&) override {}
+    void loadState(const tvr::util::xml::Element&) override {}
+    void showMain(int mode) override { modes.push_back(mode); }
+    void runLoopStep() override {}
+    std::vector<int> modes;
+    int detaches = 0;
+};
+OpenedCore* g_openedCore = nullptr;
+core::CoreInterface* attachOpened(core::AdaptorInterface*) { return g_openedCore; }
+void detachOpened(core::CoreInterface* core) { ++static_cast<OpenedCore*>(core)->detaches; }
+
+std::string fileText(const std::string& path) {
+    std::ifstream in(path, std::ios::binary);
+    std::stringstream s;
+    s << in.rdbuf();
+    return s.str();
+}
+
+// The user runs the command before the core is installed and after; the host
+// then ends the module, which was initialised twice. Boxes and dialog texts
+// are checked end to end by the host simulator's sessions.
+TEST(PluginEntryTest, CommandOpensTheCoreOnceItIsThereAndOnlyTheLastEndReleasesIt) {
     tvr::platform::RecordingPlatform rec;
     tvr::platform::setPlatform(&rec);
+    rec.setRegistryValue("HKEY_LOCAL_MACHINE\\SOFTWARE\\Wow6432Node\\Tavrelo", "path", "C:/Prog/X");
+    const std::string logPath = ::testing::TempDir() + "plugin_entry_end.log";
+    tvr::util::Log::openFile(logPath);
     emb::EmbeddedHost host(quietHost());
     ASSERT_TRUE(host.loadModule(&c4d_main, "pelloran"));
+
+    // No core yet: every run tries again and says so.
     EXPECT_TRUE(host.runCommand(1023575));
     EXPECT_TRUE(host.runCommand(1023575));
     EXPECT_EQ(rec.count("LoadLibraryA"), 2u);
     EXPECT_EQ(host.dialogs(), std::vector<std::string>(2, "CORE is not attached to adaptor"));
+
+    // Installed: loaded once, its main window opened on every run, always in mode 0.
+    OpenedCore core;
+    g_openedCore = &core;
+    rec.addLibrary("C:\\Prog\\X\\pelloran\\data\\core\\win\\x64\\core.dll",
+                   {{"attach", reinterpret_cast<void*>(&attachOpened)},
+                    {"detach", reinterpret_cast<void*>(&detachOpened)}});
+    EXPECT_TRUE(host.runCommand(1023575));
+    EXPECT_TRUE(host.runCommand(1023575));
+    EXPECT_EQ(rec.count("LoadLibraryA"), 3u);
+    EXPECT_EQ(core.modes, (std::vector<int>{0, 0}));
+    EXPECT_EQ(host.dialogs().size(), 2u);
+
+    // Initialised twice: the first end only counts.
+    EXPECT_EQ(c4d_main(1, nullptr, nullptr, nullptr), 1);
+    EXPECT_EQ(c4d_main(3, nullptr, nullptr, nullptr), 1);
+    EXPECT_EQ(core.detaches, 0);
+    EXPECT_TRUE(host.journal().find("FreeResource").empty());
+    EXPECT_EQ(fileText(logPath).find("[EOF]"), std::string::npos);
+
+    // The last end detaches the core, ends the module's single instances (the
+    // log closes its file) and gives the host back the module's resources.
+    host.shutdown();
+    EXPECT_EQ(core.detaches, 1);
+    EXPECT_EQ(rec.loadedLibraries(), 0u);
+    const std::string log = fileText(logPath);
+    EXPECT_EQ(log.size() >= 6 ? log.substr(log.size() - 6) : log, "[EOF]\n");
+    EXPECT_EQ(host.journal().find("FreeResource").size(), 1u);
     tvr::platform::setPlatform(nullptr);
+    g_openedCore = nullptr;
+    std::remove(logPath.c_str());
 }
 
 TEST(PluginEntryTest, AddUndoHookPassesEveryCallThrough) {

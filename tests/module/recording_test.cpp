@@ -50,8 +50,7 @@ class RangeStep final : public CUndo {
 public:
     explicit RangeStep(core::AdaptorInterface* adaptor) : adaptor(adaptor) {}
     int undo(bool) override {
-        const double range[2] = {5.0, 6.0};
-        adaptor->setTimeRange(range);
+        adaptor->setTimeRange({5.0, 6.0});
         adaptor->refreshScene();
         ++undone;
         return 0;

@@ -41,8 +41,7 @@ protected:
 TEST_F(TimeAndRecording, TimeRangeAndRateComeFromTheActiveDocument) {
     const std::size_t before = host->journal().size();
     adaptor->setTime(2.0);  // no document: nothing happens
-    const double range[2] = {1.0, 3.0};
-    adaptor->setTimeRange(range);
+    adaptor->setTimeRange({1.0, 3.0});
     adaptor->refreshScene();
     EXPECT_EQ(journalSince(before), "");
     EXPECT_DOUBLE_EQ(adaptor->getTime(), 0.0);
@@ -53,8 +52,7 @@ TEST_F(TimeAndRecording, TimeRangeAndRateComeFromTheActiveDocument) {
     EXPECT_EQ(doc->GetTime().GetFrame(doc->GetFps()), 45);
     EXPECT_DOUBLE_EQ(adaptor->getTime(), 1.5);
 
-    const double wanted[2] = {0.5, 4.25};
-    adaptor->setTimeRange(wanted);
+    adaptor->setTimeRange({0.5, 4.25});
     EXPECT_EQ(adaptor->getTimeRange(), (std::pair<double, double>{0.5, 4.25}));
     EXPECT_DOUBLE_EQ(doc->GetLoopMinTime().Get(), 0.5);
     EXPECT_DOUBLE_EQ(doc->GetLoopMaxTime().Get(), 4.25);

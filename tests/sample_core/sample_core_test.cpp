@@ -6,6 +6,8 @@
 #include <cstdio>
 #include <set>
 #include <string>
+#include <utility>
+#include <vector>
 
 #if defined(_WIN32)
 #include <windows.h>
@@ -51,7 +53,8 @@ std::string output(Action action) {
 class SampleCoreTest : public ::testing::Test {
 protected:
     void SetUp() override {
-        static void* const library = openLibrary(PLR_SAMPLE_CORE_PATH);
+        static void* const loaded = openLibrary(PLR_SAMPLE_CORE_PATH);
+        library = loaded;
         ASSERT_NE(library, nullptr) << PLR_SAMPLE_CORE_PATH;
         attach = symbol<AttachFn>(library, "attach");
         detach = symbol<DetachFn>(library, "detach");
@@ -61,6 +64,7 @@ protected:
         before = *stats;
     }
 
+    void* library = nullptr;
     AttachFn attach = nullptr;
     DetachFn detach = nullptr;
     const PlrSampleCoreStats* stats = nullptr;
@@ -143,6 +147,22 @@ TEST_F(SampleCoreTest, StateSurvivesSaveAndLoadWithoutGrowing) {
     EXPECT_EQ(stats->statesLoaded, before.statesLoaded + 2);
     EXPECT_EQ(stats->statesSaved, before.statesSaved + 3);
     detach(next);
+    detach(core);
+}
+
+// The range verb hands the adaptor start and end through the time-range slot,
+// and reports what the adaptor then answers.
+TEST_F(SampleCoreTest, RangeVerbHandsTheAdaptorStartAndEnd) {
+    using CommandFn = int (*)(const char* line, const char** answer);
+    const auto command = symbol<CommandFn>(library, "plr_sample_core_command");
+    ASSERT_NE(command, nullptr);
+    CoreInterface* core = attach(&adaptor);
+    ASSERT_NE(core, nullptr);
+    const char* answer = nullptr;
+    EXPECT_EQ(command("range 0.5 4.25", &answer), 1);
+    EXPECT_EQ(adaptor.timeRange, (std::pair<double, double>{0.5, 4.25}));
+    EXPECT_STREQ(answer, "range 0.5 s to 4.25 s");
+    EXPECT_EQ(adaptor.calls, (std::vector<std::string>{"setTimeRange", "getTimeRange"}));
     detach(core);
 }
 

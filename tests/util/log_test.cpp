@@ -3,6 +3,8 @@
 #include <gtest/gtest.h>
 
 #include <cstdio>
+#include <cstdlib>
+#include <ctime>
 #include <fstream>
 #include <sstream>
 #include <string>
@@ -45,6 +47,45 @@ TEST_F(LogTest, LevelsAndThreshold) {
     plain.write("no text", 4);
     EXPECT_EQ(Log::contents(), kStamp + "NOTICE): notice\n" + kStamp + "CRITICAL): critical\n" + kStamp +
                                    "ERROR): error\n" + kStamp + "WARNING): warning\n" + kStamp + "no text\n");
+}
+
+// Sets the process's time zone for its lifetime and restores the one before.
+class TimeZone {
+public:
+    explicit TimeZone(const char* zone) {
+        if (const char* old = std::getenv("TZ")) {
+            saved_ = old;
+            hadOne_ = true;
+        }
+        set(zone);
+    }
+    ~TimeZone() { set(hadOne_ ? saved_.c_str() : nullptr); }
+
+private:
+    static void set(const char* zone) {
+#if defined(_WIN32)
+        _putenv((std::string("TZ=") + (zone ? zone : "")).c_str());
+        _tzset();
+#else
+        if (zone)
+            setenv("TZ", zone, 1);
+        else
+            unsetenv("TZ");
+        tzset();
+#endif
+    }
+    std::string saved_;
+    bool hadOne_ = false;
+};
+
+// Stamps are UTC whatever the machine's zone (ctest also runs these tests in another zone).
+TEST_F(LogTest, StampsStayUtcInAnotherTimeZone) {
+    TimeZone east("XYZ-5:30");
+    const std::tm* local = std::localtime(&kMarch7At0905);
+    ASSERT_NE(local, nullptr);
+    if (local->tm_hour == 9) GTEST_SKIP() << "this runtime ignores TZ";
+    Log(3).write("zoned", -1);
+    EXPECT_EQ(Log::contents(), kStamp + "NOTICE): zoned\n");
 }
 
 TEST_F(LogTest, ScopedEntriesIndentAndRestoreDepth) {
