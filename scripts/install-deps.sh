@@ -5,6 +5,8 @@ set -euo pipefail
 pkgs=(cmake ninja-build g++ libgtest-dev libgmock-dev libbenchmark-dev nlohmann-json3-dev libpugixml-dev clang libclang-rt-14-dev)
 # The benchmarks measure against these as references; the module never uses them.
 pkgs+=(libxml2-dev zlib1g-dev)
+# scripts/lint.sh checks src/ with these.
+pkgs+=(clang-format clang-tidy)
 if [[ "${1:-}" == "--windows" ]]; then
   pkgs+=(g++-mingw-w64-x86-64 wine64)
 fi

@@ -40,10 +40,10 @@ public:
     // Stored state.
     void storeMasterState(core::CMaster* master) override;
     bool loadState() override;
-    void getNodes(tvr::util::ReturnValue<core::NodeList>* nodes) override;
-    void getMasterNodes(core::CMaster* master, tvr::util::ReturnValue<core::NodeList>* nodes) override;
+    void getNodes(tvr::util::ReturnValue<core::NodeList>* sink) override;
+    void getMasterNodes(core::CMaster* master, tvr::util::ReturnValue<core::NodeList>* sink) override;
     void acquireNodes(const std::string& masterName, const tvr::util::xml::Element& masterElement,
-                      tvr::util::ReturnValue<core::NodeList>* nodes) override;
+                      tvr::util::ReturnValue<core::NodeList>* result) override;
     void mergeFromFile(const std::string& fileName, core::CMaster* master) override;
 
     // The undo bracket.

@@ -37,7 +37,7 @@ class GeData {
   GeData(void* v) : value_(v) {}
   GeData(const BaseLink& v) : value_(Link{v.GetClone()}) {}
 
-  GeData(const GeData& o) : value_(o.value_) {}
+  GeData(const GeData& o) = default;
   GeData(GeData&& o) noexcept : value_(std::move(o.value_)) {}
   GeData& operator=(const GeData& o) {
     if (this != &o) value_ = o.value_;

@@ -35,7 +35,7 @@ RegistryData readRegistryFile() {
     if (length < 0 || length > MaxRegistryFile) return data;  // not a registry file we would write
     std::string text(static_cast<std::size_t>(length), '\0');
     in.seekg(0);
-    in.read(&text[0], length);
+    in.read(text.data(), length);
     text.resize(static_cast<std::size_t>(in.gcount()));
     data.parse(text);
     return data;

@@ -90,7 +90,7 @@ void showLastError(const std::string& functionName) {
 
 std::int32_t loadCore(C4DAdaptorInterface* adaptor) {
     pf::Platform& os = pf::platform();
-    std::string directory = installPath("") + "\\data\\core\\win\\x64";
+    std::string directory = installPath("") + R"(\data\core\win\x64)";
     for (char& c : directory) {
         if (c == '/') c = '\\';
     }

@@ -19,9 +19,9 @@ constexpr std::uint32_t kBad = 0x80000000u;
 struct PairTable {
     std::array<char, 2 * 4096> chars{};
     constexpr PairTable() {
-        for (int v = 0; v < 4096; ++v) {
-            chars[static_cast<std::size_t>(2 * v)] = kAlphabet[v >> 6];
-            chars[static_cast<std::size_t>(2 * v + 1)] = kAlphabet[v & 63];
+        for (std::size_t v = 0; v < 4096; ++v) {
+            chars[2 * v] = kAlphabet[v >> 6];
+            chars[2 * v + 1] = kAlphabet[v & 63];
         }
     }
 };
@@ -138,7 +138,7 @@ std::string Base64::encode(const void* data, std::size_t length) {
     const auto* in = static_cast<const std::uint8_t*>(data);
     const std::size_t groups = (length + 2) / 3;
     std::string text(groups * 4, '=');
-    char* out = &text[0];
+    char* out = text.data();
 
     const std::size_t whole = length / 3;
     const char* pairs = kPairs.chars.data();
@@ -163,8 +163,8 @@ std::string Base64::encode(const void* data, std::size_t length) {
     }
     for (; i < whole; ++i) {
         const std::uint32_t v = (std::uint32_t{in[0]} << 16) | (std::uint32_t{in[1]} << 8) | in[2];
-        std::memcpy(out, pairs + 2 * (v >> 12), 2);
-        std::memcpy(out + 2, pairs + 2 * (v & 0xFFF), 2);
+        std::memcpy(out, pairs + std::size_t{2} * (v >> 12), 2);
+        std::memcpy(out + 2, pairs + std::size_t{2} * (v & 0xFFF), 2);
         in += 3;
         out += 4;
     }

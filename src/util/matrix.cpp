@@ -1,5 +1,8 @@
 #include "util/matrix.h"
 
+#include <algorithm>
+#include <iterator>
+
 namespace tvr::util {
 
 namespace {
@@ -106,12 +109,7 @@ Matrix4d Matrix4d::inverse() const {
 }
 
 bool Matrix4d::isZero() const {
-    for (double v : m) {
-        if (v != 0.0) {
-            return false;
-        }
-    }
-    return true;
+    return std::all_of(std::begin(m), std::end(m), [](double v) { return v == 0.0; });
 }
 
 bool Matrix4d::operator==(const Matrix4d& rhs) const {
