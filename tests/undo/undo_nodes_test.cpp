@@ -31,6 +31,46 @@ bool registered(C4DAdaptorInterface* adaptor, core::CoreNode* node) {
     return n == 1;
 }
 
+// A core step that, while it is replayed, tries to rename a node and to add a step.
+class MeddlingStep : public tvr::plr::CUndo {
+public:
+    MeddlingStep(core::AdaptorInterface* adaptor, core::CoreNode* node) : adaptor_(adaptor), node_(node) {}
+    int undo(bool) override {
+        renameAnswer = node_->setName("renamed while replayed");
+        addAnswer = adaptor_->addUndo(this);
+        return 1;
+    }
+    int redo() override { return undo(true); }
+    void release() override {}
+    int renameAnswer = -1;
+    int addAnswer = -1;
+
+private:
+    core::AdaptorInterface* adaptor_;
+    core::CoreNode* node_;
+};
+
+// Inside its open group the core takes back its last step through the
+// adaptor: while that step is replayed it may neither change the scene nor
+// add to the list it is replayed from, although the group stands open.
+TEST_F(UndoTest, AStepReplayedByTheCoresOwnUndoNeitherRenamesNorAddsSteps) {
+    Master master;
+    adaptorImpl->beginUndo("make");
+    core::CoreNode* camera = adaptorImpl->createCamera(&master, "cam", nullptr, nullptr);
+    ASSERT_NE(camera, nullptr);
+    BaseObject* object = asC4DNode(camera)->object();
+    const std::string name = object->GetName().ToStd();
+    MeddlingStep step(adaptorImpl, camera);
+    EXPECT_EQ(adaptorImpl->addUndo(&step), 0);
+    EXPECT_TRUE(adaptorImpl->undo());
+    settle();  // the hidden object's tag notices the undo when the document is evaluated
+    EXPECT_NE(step.renameAnswer, 0);
+    EXPECT_EQ(step.addAnswer, 1);
+    EXPECT_EQ(object->GetName().ToStd(), name);
+    EXPECT_EQ(C4DUndoManager::instance()->getDocumentContainer(doc)->steps.size(), 2u);
+    adaptorImpl->acceptUndo();
+}
+
 TEST_F(UndoTest, ACreatedCameraLeavesWithTheUsersUndoAndComesBackWithRedo) {
     Master master;
     Peer peer;
