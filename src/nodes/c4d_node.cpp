@@ -7,6 +7,7 @@
 #include "nodes/lens_snapshot.h"
 #include "nodes/mesh_snapshot.h"
 #include "nodes/node_support.h"
+#include "nodes/node_undo_hooks.h"
 #include "nodes/shape_snapshot.h"
 #include "nodes/transform_snapshot.h"
 
@@ -86,6 +87,7 @@ CC4DNode::~CC4DNode() {
     lensPool.clear();
     shapePool.clear();
     if (!released) theAdaptor()->unregisterNode(this);
+    forgetNodeInRestoreSteps(this);
     BaseLink::Free(objectLink);
 }
 

@@ -12,4 +12,6 @@ tvr::plr::CUndo* makeCreateNodeRestore(C4DAdaptorInterface* adaptor, CC4DNode* n
 
 tvr::plr::CUndo* makeNodeDeleteRestore(CC4DNode* node) { return new (std::nothrow) CC4DNodeDeleteRestore(node); }
 
+void forgetNodeInRestoreSteps(CC4DNode* node) { forgetRestoredNode(node); }
+
 }  // namespace tvr::plr::adaptor::cinema4d

@@ -13,5 +13,7 @@ class CC4DNode;
 tvr::plr::CUndo* makeCreateNodeRestore(C4DAdaptorInterface* adaptor, CC4DNode* node);
 // The step that takes a node's deletion back; the node lives on inside it.
 tvr::plr::CUndo* makeNodeDeleteRestore(CC4DNode* node);
+// A node the core releases while undo steps still name it: the steps forget it.
+void forgetNodeInRestoreSteps(CC4DNode* node);
 
 }  // namespace tvr::plr::adaptor::cinema4d

@@ -227,8 +227,10 @@ void C4DUndoManager::attachContainerObject(BaseDocument* doc) {
     documentUndoContainer* record = doc ? findRecord(doc) : nullptr;
     if (!record || !record->document) return;
     BaseObject* object = record->containerObject();
-    if (object && object->GetDocument() != record->document)
+    if (object && object->GetDocument() != record->document) {
+        object->Remove();  // out of whatever list still holds it: the host inserts only free nodes
         record->document->InsertObject(object, nullptr, nullptr, true);
+    }
 }
 
 void C4DUndoManager::removeDocument(BaseDocument* doc) {

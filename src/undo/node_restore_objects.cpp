@@ -1,5 +1,7 @@
 #include "undo/node_restore_objects.h"
 
+#include <unordered_map>
+
 #include "adaptor/c4d_adaptor_interface.h"
 #include "core_api/node_peer.h"
 #include "nodes/c4d_node.h"
@@ -18,9 +20,43 @@ void nodeReturns(CC4DNode* node) {
 
 C4DAdaptorInterface* adaptor() { return C4DAdaptorInterface::instance(); }
 
+// Every step's node field, by the node it names.
+std::unordered_multimap<CC4DNode*, CC4DNode**>& namedNodes() {
+    // Never destroyed: nodes may end after the statics at the process's end.
+    static auto* fields = new std::unordered_multimap<CC4DNode*, CC4DNode**>;
+    return *fields;
+}
+
+void remember(CC4DNode** field) {
+    if (*field) namedNodes().emplace(*field, field);
+}
+
+void forget(CC4DNode** field) {
+    if (!*field) return;
+    auto range = namedNodes().equal_range(*field);
+    for (auto it = range.first; it != range.second; ++it) {
+        if (it->second == field) {
+            namedNodes().erase(it);
+            return;
+        }
+    }
+}
+
 }  // namespace
 
+void forgetRestoredNode(CC4DNode* node) {
+    auto range = namedNodes().equal_range(node);
+    for (auto it = range.first; it != range.second; ++it) *it->second = nullptr;
+    namedNodes().erase(range.first, range.second);
+}
+
+CCreateNodeRestoreObj::CCreateNodeRestoreObj(C4DAdaptorInterface* adaptor, CC4DNode* node)
+    : adaptor_(adaptor), node_(node) {
+    remember(&node_);
+}
+
 CCreateNodeRestoreObj::~CCreateNodeRestoreObj() {
+    forget(&node_);
     if (undone_ && node_) delete node_;
 }
 
@@ -42,10 +78,12 @@ int CCreateNodeRestoreObj::redo() {
 }
 
 CC4DNodeDeleteRestore::CC4DNodeDeleteRestore(CC4DNode* node) : node_(node) {
+    remember(&node_);
     if (node_) nodeLeaves(node_);
 }
 
 CC4DNodeDeleteRestore::~CC4DNodeDeleteRestore() {
+    forget(&node_);
     if (!deleted_ || !node_) return;
     if (BaseObject* op = node_->object()) {
         op->Remove();

@@ -11,9 +11,14 @@ namespace tvr::plr::adaptor::cinema4d {
 class C4DAdaptorInterface;
 class CC4DNode;
 
+// The core may release a node while steps still name it (it rebinds the
+// object to another node, say); the node's end clears it from those steps,
+// which then do nothing for it instead of reaching freed memory.
+void forgetRestoredNode(CC4DNode* node);
+
 class CCreateNodeRestoreObj : public tvr::plr::CUndo {
 public:
-    CCreateNodeRestoreObj(C4DAdaptorInterface* adaptor, CC4DNode* node) : adaptor_(adaptor), node_(node) {}
+    CCreateNodeRestoreObj(C4DAdaptorInterface* adaptor, CC4DNode* node);
     // A creation that can no longer be redone takes its node with it.
     ~CCreateNodeRestoreObj() override;
 

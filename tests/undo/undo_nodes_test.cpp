@@ -71,6 +71,35 @@ TEST_F(UndoTest, AStepReplayedByTheCoresOwnUndoNeitherRenamesNorAddsSteps) {
     adaptorImpl->acceptUndo();
 }
 
+// The core lets go of a node its creation step still names (it binds the
+// object to a node of another tool): the user's undo and redo move the object
+// and touch no freed node, and the dropped step frees nothing twice.
+TEST_F(UndoTest, ANodeTheCoreReleasedIsForgottenByTheStepsThatNameIt) {
+    Master master;
+    adaptorImpl->beginUndo("make");
+    core::CoreNode* camera = adaptorImpl->createCamera(&master, "cam", nullptr, nullptr);
+    adaptorImpl->acceptUndo();
+    ASSERT_NE(camera, nullptr);
+    BaseObject* object = asC4DNode(camera)->object();
+    camera->release();
+
+    userUndo();
+    EXPECT_EQ(object->GetDocument(), nullptr);
+    userRedo();
+    EXPECT_EQ(object->GetDocument(), doc);
+    EXPECT_EQ(adaptorImpl->findNodeForObject(object), nullptr);
+
+    // Released while undone, then the step is dropped by a new group.
+    adaptorImpl->beginUndo("again");
+    core::CoreNode* second = adaptorImpl->createCamera(&master, "cam2", nullptr, nullptr);
+    adaptorImpl->acceptUndo();
+    ASSERT_NE(second, nullptr);
+    userUndo();
+    second->release();
+    core->group("other", {"b"});
+    EXPECT_EQ(core->data.names, (std::set<std::string>{"b"}));
+}
+
 TEST_F(UndoTest, ACreatedCameraLeavesWithTheUsersUndoAndComesBackWithRedo) {
     Master master;
     Peer peer;
