@@ -97,26 +97,26 @@ Bool AdaptorHook::Message(GeListNode*, LONG type, void* data) {
     const DocumentInfoData& info = *static_cast<const DocumentInfoData*>(data);
     GePrint(String(std::to_string(info.type)));
     switch (static_cast<std::uint32_t>(info.type) - 1000u) {
-        case 0:  // became active
-            break;
-        case 1:  // left
-            pendingStateReload = true;
-            break;
-        case 2:
-            documentLoaded(adaptor);
-            break;
-        case 4:
-            beforeSave(adaptor, info);
-            break;
-        case 5:
-            afterSave(adaptor);
-            break;
-        case 8:
-            removed(adaptor, info);
-            break;
-        default:
-            GePrint(String("Message not handled: " + std::to_string(info.type)));
-            break;
+    case 0:  // became active
+        break;
+    case 1:  // left
+        pendingStateReload = true;
+        break;
+    case 2:
+        documentLoaded(adaptor);
+        break;
+    case 4:
+        beforeSave(adaptor, info);
+        break;
+    case 5:
+        afterSave(adaptor);
+        break;
+    case 8:
+        removed(adaptor, info);
+        break;
+    default:
+        GePrint(String("Message not handled: " + std::to_string(info.type)));
+        break;
     }
     return true;
 }

@@ -16,8 +16,7 @@ namespace tvr::plr::adaptor::cinema4d {
 
 class CC4DNode;
 
-class C4DAdaptorInterface : public tvr::plr::core::AdaptorInterface,
-                            public tvr::util::Singleton<C4DAdaptorInterface> {
+class C4DAdaptorInterface : public tvr::plr::core::AdaptorInterface, public tvr::util::Singleton<C4DAdaptorInterface> {
 public:
     // Identity.
     int getInterfaceVersion() override;
@@ -33,8 +32,7 @@ public:
                                  core::CNodePeer* peer) override;
     core::CoreNode* createMeshNode(core::CMaster* master, const std::string& name, core::CoreNode* parent,
                                    const tvr::util::CMesh& mesh, core::CNodePeer* peer) override;
-    core::CoreNode* createMesh(core::CMaster* master, const std::string& name,
-                               const tvr::util::CMesh& mesh) override;
+    core::CoreNode* createMesh(core::CMaster* master, const std::string& name, const tvr::util::CMesh& mesh) override;
     core::CoreNode* findNode(core::CMaster* master, const std::string& label) override;
 
     // Stored state.

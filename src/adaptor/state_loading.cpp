@@ -221,9 +221,8 @@ void C4DAdaptorInterface::acquireNodes(const std::string& masterName, const Elem
     BaseDocument* doc = GetActiveDocument();
     if (!complete && doc) {
         std::unique_ptr<DocumentObjects> local;
-        const DocumentObjects* objects = handOver && handOver->objects && handOver->objects->doc == doc
-                                             ? handOver->objects.get()
-                                             : nullptr;
+        const DocumentObjects* objects =
+            handOver && handOver->objects && handOver->objects->doc == doc ? handOver->objects.get() : nullptr;
         if (!objects) {
             local = std::make_unique<DocumentObjects>(doc);
             objects = local.get();

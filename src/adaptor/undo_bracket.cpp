@@ -42,7 +42,8 @@ int C4DAdaptorInterface::beginUndo(const std::string& groupName) {
         if (undoLevels.size() > kUnusualUndoLevel)
             Log(Log::Critical).write("DEBUG WARNING: Detected unusual high undo level.", -1);
         if (std::count(undoLevels.begin(), undoLevels.end(), groupName) >= kDuplicateNames)
-            Log(Log::Critical).write("DEBUG WARNING: Detected duplicated undo groups. Possible undo group mismatch", -1);
+            Log(Log::Critical)
+                .write("DEBUG WARNING: Detected duplicated undo groups. Possible undo group mismatch", -1);
     }
     undoLevels.push_back(groupName);
     return 0;

@@ -69,8 +69,7 @@ public:
     virtual util::CMesh getMeshValue() = 0;
     // origin and direction hold three doubles; distance and hit (three
     // doubles) are written on a hit when not null.
-    virtual bool intersectRay(const double* origin, const double* direction, double* distance,
-                              double* hit) = 0;
+    virtual bool intersectRay(const double* origin, const double* direction, double* distance, double* hit) = 0;
     virtual ~CMeshSnapshot() = default;
     virtual bool getMesh(util::ReturnValue<util::CMesh>* result) = 0;
 };

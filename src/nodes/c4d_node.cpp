@@ -34,8 +34,7 @@ const std::vector<DescID>& nodeTrackIds() {
     return ids;
 }
 
-CC4DNode::CC4DNode(CMaster* master, const std::string& name, CoreNode* parentNode, BaseObject* object,
-                   bool reparent)
+CC4DNode::CC4DNode(CMaster* master, const std::string& name, CoreNode* parentNode, BaseObject* object, bool reparent)
     : CoreNode(master, name), trackIds(&nodeTrackIds()) {
     // A node made while a step is replayed stays empty: no link, not registered.
     if (undoReplayInProgress()) return;
@@ -94,8 +93,8 @@ CC4DNode::~CC4DNode() {
 BaseObject* CC4DNode::object() const { return resolveObject(objectLink); }
 
 std::vector<int>& CC4DNode::getSupportedExtensions(std::vector<int>& codes) {
-    codes = {kBeginGroupSelect, kGroupSelect, kCloneWithChildren, kLensIsNotAnimated, kIsNotAnimated, kMasterQuery,
-             kSetLabel};
+    codes = {kBeginGroupSelect, kGroupSelect, kCloneWithChildren, kLensIsNotAnimated,
+             kIsNotAnimated,    kMasterQuery, kSetLabel};
     return codes;
 }
 

@@ -18,9 +18,12 @@ double unitFactor() {
     BaseContainer* world = GetWorldContainerInstance();
     const LONG unit = world ? world->GetLong(WPREF_UNITS_BASIC) : 0;
     double factor = 1.0;
-    if (unit == UNIT_M) factor = 1.0;
-    else if (unit == UNIT_CM) factor = 100.0;
-    else if (unit == UNIT_INCH) factor = 0.0254;
+    if (unit == UNIT_M)
+        factor = 1.0;
+    else if (unit == UNIT_CM)
+        factor = 100.0;
+    else if (unit == UNIT_INCH)
+        factor = 0.0254;
     return std::trunc(factor);
 }
 

@@ -77,9 +77,7 @@ std::int32_t CC4DNode::CC4DSnapshot_Lens::getFovType() {
     return tvr::plr::FOV_TYPE_WIDTH;
 }
 
-void CC4DNode::CC4DSnapshot_Lens::setFovType(std::int32_t) {
-    Log entry("set FOV type not implemented", Log::Notice);
-}
+void CC4DNode::CC4DSnapshot_Lens::setFovType(std::int32_t) { Log entry("set FOV type not implemented", Log::Notice); }
 
 void CC4DNode::CC4DSnapshot_Lens::setLensValue(double value) {
     write(CAMERAOBJECT_APERTURE, kLensValueTrack, static_cast<Real>(value));

@@ -52,8 +52,7 @@ std::intptr_t CC4DNode::executeExtension(int code, void* argument) {
         adaptor->acceptUndo();
         return 0;
     case kCloneWithChildren:
-        return reinterpret_cast<std::intptr_t>(
-            cloneUnder(static_cast<tvr::plr::core::CoreNode*>(argument), true));
+        return reinterpret_cast<std::intptr_t>(cloneUnder(static_cast<tvr::plr::core::CoreNode*>(argument), true));
     default:
         log.write("Extension not implemented: " + std::to_string(code), Log::Warning);
         return 0;

@@ -24,7 +24,8 @@ TrackSet checkedTracks(BaseObject* op, const std::vector<CTrack*>& cached, const
 
 TrackSet foundTracks(BaseObject* op, const std::vector<DescID>& ids, std::size_t count) {
     TrackSet result{};
-    for (std::size_t i = 0; op && i < count && i < ids.size() && i < result.size(); ++i) result[i] = op->FindCTrack(ids[i]);
+    for (std::size_t i = 0; op && i < count && i < ids.size() && i < result.size(); ++i)
+        result[i] = op->FindCTrack(ids[i]);
     return result;
 }
 

@@ -108,7 +108,8 @@ Matrix4d CC4DNode::CC4DSnapshot::getGlobalMatrix() {
         own = mine[0] ? composeFromTracks(mine, GetActiveDocument(), time) : op->GetMl();
     }
     Matrix4d global = fromHostMatrix(own);
-    for (BaseObject* p = op->GetUp(); p; p = p->GetUp()) global = fromHostMatrix(evaluatedLocalMatrix(p, time)) * global;
+    for (BaseObject* p = op->GetUp(); p; p = p->GetUp())
+        global = fromHostMatrix(evaluatedLocalMatrix(p, time)) * global;
     return unitScale().inverse() * flipped(global);
 }
 

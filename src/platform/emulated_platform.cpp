@@ -55,8 +55,8 @@ long EmulatedPlatform::regOpenKeyEx(KeyHandle root, const char* subKey, std::uin
     return ErrorSuccess;
 }
 
-long EmulatedPlatform::regQueryValueEx(KeyHandle key, const char* valueName, std::uint32_t* type,
-                                       unsigned char* data, std::uint32_t* size) {
+long EmulatedPlatform::regQueryValueEx(KeyHandle key, const char* valueName, std::uint32_t* type, unsigned char* data,
+                                       std::uint32_t* size) {
     RegistryData::Values rootValues;
     const RegistryData::Values* values = nullptr;
     auto it = keys_.find(reinterpret_cast<std::uintptr_t>(key));
@@ -157,17 +157,15 @@ std::uintptr_t EmulatedPlatform::setTimer(WindowHandle window, std::uintptr_t id
     return r;
 }
 
-std::intptr_t EmulatedPlatform::defWindowProc(WindowHandle, std::uint32_t, std::uintptr_t, std::intptr_t) {
-    return 0;
-}
+std::intptr_t EmulatedPlatform::defWindowProc(WindowHandle, std::uint32_t, std::uintptr_t, std::intptr_t) { return 0; }
 
 int EmulatedPlatform::messageBox(WindowHandle, const char* text, const char* caption, std::uint32_t type) {
     // A null caption shows as "Error", as on Windows.
     return boxes_ ? boxes_(text ? text : "", caption ? caption : "Error", type) : IdOk;
 }
 
-std::uint32_t EmulatedPlatform::formatMessage(std::uint32_t flags, const void*, std::uint32_t messageId,
-                                              std::uint32_t, char** buffer, std::uint32_t size) {
+std::uint32_t EmulatedPlatform::formatMessage(std::uint32_t flags, const void*, std::uint32_t messageId, std::uint32_t,
+                                              char** buffer, std::uint32_t size) {
     std::uint32_t error = 0;
     std::uint32_t n = formatSystemMessage(flags, messageId, buffer, size, memory_, error);
     if (!n) lastError_ = error;

@@ -20,17 +20,16 @@ using KeyHandle = void*;     // HKEY
 using ModuleHandle = void*;  // HMODULE / HINSTANCE
 using WindowHandle = void*;  // HWND
 using LocalHandle = void*;   // HLOCAL
-using WindowProc = std::intptr_t (*)(WindowHandle, std::uint32_t msg, std::uintptr_t wParam,
-                                     std::intptr_t lParam);
+using WindowProc = std::intptr_t (*)(WindowHandle, std::uint32_t msg, std::uintptr_t wParam, std::intptr_t lParam);
 
 // The predefined root key HKEY_LOCAL_MACHINE, with its Win32 value.
 inline KeyHandle const HKeyLocalMachine = reinterpret_cast<KeyHandle>(static_cast<std::uintptr_t>(0x80000002u));
-constexpr std::uint32_t KeyRead = 0x20019;                // KEY_READ
-constexpr std::uint32_t WmTimer = 275;                    // WM_TIMER
-constexpr std::uint32_t MbOk = 0;                         // MB_OK
+constexpr std::uint32_t KeyRead = 0x20019;                         // KEY_READ
+constexpr std::uint32_t WmTimer = 275;                             // WM_TIMER
+constexpr std::uint32_t MbOk = 0;                                  // MB_OK
 constexpr std::uint32_t FormatMessageAllocateFromSystem = 0x1100;  // ALLOCATE_BUFFER | FROM_SYSTEM
 constexpr std::uint32_t LangNeutralDefault = 0x400;
-constexpr std::uint32_t LmemZeroInit = 0x40;              // LMEM_ZEROINIT
+constexpr std::uint32_t LmemZeroInit = 0x40;  // LMEM_ZEROINIT
 constexpr long ErrorSuccess = 0;
 
 class Platform {
@@ -55,8 +54,8 @@ public:
     virtual std::uint16_t registerClass(const char* className, WindowProc proc) = 0;  // 0 on failure
     virtual bool unregisterClass(const char* className, ModuleHandle instance) = 0;
     virtual WindowHandle createWindowEx(std::uint32_t exStyle, const char* className, const char* title,
-                                        std::uint32_t style, int x, int y, int width, int height,
-                                        WindowHandle parent, void* menu, ModuleHandle instance, void* param) = 0;
+                                        std::uint32_t style, int x, int y, int width, int height, WindowHandle parent,
+                                        void* menu, ModuleHandle instance, void* param) = 0;
     virtual bool destroyWindow(WindowHandle window) = 0;
     virtual std::uintptr_t setTimer(WindowHandle window, std::uintptr_t id, std::uint32_t elapseMs,
                                     void* timerProc) = 0;

@@ -45,8 +45,7 @@ RegistryData readRegistryFile() {
 std::string mapPath(std::string path) {
     for (char& c : path)
         if (c == '\\') c = '/';
-    if (path.size() >= 3 && (path[0] == 'Z' || path[0] == 'z') && path[1] == ':' && path[2] == '/')
-        path.erase(0, 2);
+    if (path.size() >= 3 && (path[0] == 'Z' || path[0] == 'z') && path[1] == ':' && path[2] == '/') path.erase(0, 2);
     return path;
 }
 

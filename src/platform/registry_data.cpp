@@ -112,8 +112,8 @@ bool RegistryData::parse(const std::string& text) {
             for (char c : digits) {
                 if (!std::isxdigit(static_cast<unsigned char>(c))) ok = false;
                 n = n * 16 + static_cast<std::uint32_t>(std::isdigit(static_cast<unsigned char>(c))
-                                                             ? c - '0'
-                                                             : std::tolower(static_cast<unsigned char>(c)) - 'a' + 10);
+                                                            ? c - '0'
+                                                            : std::tolower(static_cast<unsigned char>(c)) - 'a' + 10);
             }
             if (!ok) continue;
             setDword(section, name, n);
@@ -147,8 +147,7 @@ RegistryData::Values RegistryData::values(const std::string& keyPath) const {
     return it == keys_.end() ? Values{} : it->second;
 }
 
-long queryRegistryValue(const RegistryValue* value, std::uint32_t* type, unsigned char* data,
-                        std::uint32_t* size) {
+long queryRegistryValue(const RegistryValue* value, std::uint32_t* type, unsigned char* data, std::uint32_t* size) {
     if (!value) return static_cast<long>(ErrorFileNotFound);
     if (data && !size) return static_cast<long>(ErrorInvalidParameter);
     auto needed = static_cast<std::uint32_t>(value->data.size());
@@ -164,12 +163,18 @@ long queryRegistryValue(const RegistryValue* value, std::uint32_t* type, unsigne
 
 std::string rootKeyName(const void* key) {
     switch (reinterpret_cast<std::uintptr_t>(key)) {
-        case 0x80000000u: return "HKEY_CLASSES_ROOT";
-        case 0x80000001u: return "HKEY_CURRENT_USER";
-        case 0x80000002u: return "HKEY_LOCAL_MACHINE";
-        case 0x80000003u: return "HKEY_USERS";
-        case 0x80000005u: return "HKEY_CURRENT_CONFIG";
-        default: return "";
+    case 0x80000000u:
+        return "HKEY_CLASSES_ROOT";
+    case 0x80000001u:
+        return "HKEY_CURRENT_USER";
+    case 0x80000002u:
+        return "HKEY_LOCAL_MACHINE";
+    case 0x80000003u:
+        return "HKEY_USERS";
+    case 0x80000005u:
+        return "HKEY_CURRENT_CONFIG";
+    default:
+        return "";
     }
 }
 

@@ -43,8 +43,7 @@ private:
 
 // Copies a value the way RegQueryValueExA does: *size in is the buffer's capacity, out the
 // value's size; a null data pointer asks for the size only. Answers a Win32 error code.
-long queryRegistryValue(const RegistryValue* value, std::uint32_t* type, unsigned char* data,
-                        std::uint32_t* size);
+long queryRegistryValue(const RegistryValue* value, std::uint32_t* type, unsigned char* data, std::uint32_t* size);
 
 // The name of a predefined root key (HKEY_LOCAL_MACHINE ...), or "" for other handles.
 std::string rootKeyName(const void* key);

@@ -46,8 +46,7 @@ WindowHandle RegistryOverlayPlatform::createWindowEx(std::uint32_t exStyle, cons
                                                      std::uint32_t style, int x, int y, int width, int height,
                                                      WindowHandle parent, void* menu, ModuleHandle instance,
                                                      void* param) {
-    return target_.createWindowEx(exStyle, className, title, style, x, y, width, height, parent, menu, instance,
-                                  param);
+    return target_.createWindowEx(exStyle, className, title, style, x, y, width, height, parent, menu, instance, param);
 }
 bool RegistryOverlayPlatform::destroyWindow(WindowHandle window) { return target_.destroyWindow(window); }
 std::uintptr_t RegistryOverlayPlatform::setTimer(WindowHandle window, std::uintptr_t id, std::uint32_t elapseMs,
@@ -58,8 +57,7 @@ std::intptr_t RegistryOverlayPlatform::defWindowProc(WindowHandle window, std::u
                                                      std::intptr_t lParam) {
     return target_.defWindowProc(window, msg, wParam, lParam);
 }
-int RegistryOverlayPlatform::messageBox(WindowHandle owner, const char* text, const char* caption,
-                                        std::uint32_t type) {
+int RegistryOverlayPlatform::messageBox(WindowHandle owner, const char* text, const char* caption, std::uint32_t type) {
     return target_.messageBox(owner, text, caption, type);
 }
 std::uint32_t RegistryOverlayPlatform::getLastError() { return target_.getLastError(); }

@@ -75,8 +75,7 @@ public:
                                static_cast<HMENU>(menu), static_cast<HINSTANCE>(instance), param);
     }
     bool destroyWindow(WindowHandle window) override { return DestroyWindow(static_cast<HWND>(window)) != FALSE; }
-    std::uintptr_t setTimer(WindowHandle window, std::uintptr_t id, std::uint32_t elapseMs,
-                            void* timerProc) override {
+    std::uintptr_t setTimer(WindowHandle window, std::uintptr_t id, std::uint32_t elapseMs, void* timerProc) override {
         return SetTimer(static_cast<HWND>(window), id, elapseMs, castFunction<TIMERPROC>(timerProc));
     }
     std::intptr_t defWindowProc(WindowHandle window, std::uint32_t msg, std::uintptr_t wParam,

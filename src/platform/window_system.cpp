@@ -159,8 +159,8 @@ bool WindowSystem::destroyWindow(WindowHandle window, std::uint32_t& error) {
     return true;
 }
 
-std::uintptr_t WindowSystem::setTimer(WindowHandle window, std::uintptr_t id, std::uint32_t elapseMs,
-                                      void* timerProc, std::uint32_t& error) {
+std::uintptr_t WindowSystem::setTimer(WindowHandle window, std::uintptr_t id, std::uint32_t elapseMs, void* timerProc,
+                                      std::uint32_t& error) {
     auto it = windows_.find(reinterpret_cast<std::uintptr_t>(window));
     if (it == windows_.end()) {
         // Thread timers (no window) are not emulated: nothing here would deliver them.
@@ -204,8 +204,7 @@ void WindowSystem::pump(std::uint64_t nowMs) {
     }
 }
 
-std::intptr_t WindowSystem::send(WindowHandle window, std::uint32_t msg, std::uintptr_t wParam,
-                                 std::intptr_t lParam) {
+std::intptr_t WindowSystem::send(WindowHandle window, std::uint32_t msg, std::uintptr_t wParam, std::intptr_t lParam) {
     auto it = windows_.find(reinterpret_cast<std::uintptr_t>(window));
     if (it == windows_.end()) return 0;
     return dispatch(it->second, window, msg, wParam, lParam);

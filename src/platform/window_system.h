@@ -68,16 +68,16 @@ private:
 
     static CodeOwner ownerOf(WindowProc proc);
     // Calls the procedure unless its library has gone; 0 then.
-    static std::intptr_t dispatch(const Window& window, WindowHandle handle, std::uint32_t msg,
-                                  std::uintptr_t wParam, std::intptr_t lParam);
+    static std::intptr_t dispatch(const Window& window, WindowHandle handle, std::uint32_t msg, std::uintptr_t wParam,
+                                  std::intptr_t lParam);
 
     std::map<std::string, WindowClass>::iterator findClass(const char* className);
 
-    std::map<std::string, WindowClass> classes_;     // by lower-case name
-    std::map<std::uintptr_t, Window> windows_;       // by handle, in order of creation
+    std::map<std::string, WindowClass> classes_;  // by lower-case name
+    std::map<std::uintptr_t, Window> windows_;    // by handle, in order of creation
     std::uint16_t nextAtom_ = 0xC000;
     std::uintptr_t nextWindow_ = 0x10010;
-    std::uint64_t nowMs_ = 0;                        // the time of the latest pump
+    std::uint64_t nowMs_ = 0;  // the time of the latest pump
 };
 
 }  // namespace tvr::platform

@@ -117,8 +117,8 @@ std::int32_t loadCore(C4DAdaptorInterface* adaptor) {
 
     // A second load registers the class again and fails; that is harmless.
     os.registerClass(kWindowClass, &runLoopWindowProc);
-    g_runLoopWindow = os.createWindowEx(0, kWindowClass, "", 0, 0, 0, 0, 0, nullptr, nullptr,
-                                        os.getModuleHandle(nullptr), nullptr);
+    g_runLoopWindow =
+        os.createWindowEx(0, kWindowClass, "", 0, 0, 0, 0, 0, nullptr, nullptr, os.getModuleHandle(nullptr), nullptr);
     os.setTimer(g_runLoopWindow, kTimerId, kTimerPeriodMs, nullptr);
     return 0;
 }

@@ -53,14 +53,12 @@ bool PluginStart() {
     if (!RegisterSceneHookPlugin(kSceneHookId, "PLT", 0, &AdaptorHook::Alloc, kSceneHookPriority, 0, nullptr))
         return false;
 
-    if (!RegisterTagPlugin(kUndoTagId, "PLT Undo Reference Tag - [Do not delete]", kUndoTagInfo,
-                           &C4DUndoTag::Alloc, "", AutoBitmap(kIcon), 0))
+    if (!RegisterTagPlugin(kUndoTagId, "PLT Undo Reference Tag - [Do not delete]", kUndoTagInfo, &C4DUndoTag::Alloc, "",
+                           AutoBitmap(kIcon), 0))
         return false;
-    if (!RegisterMessagePlugin(kDoUndoMessageId, "DoUndo message", 0, new (std::nothrow) DoUndoMsg))
-        return false;
+    if (!RegisterMessagePlugin(kDoUndoMessageId, "DoUndo message", 0, new (std::nothrow) DoUndoMsg)) return false;
 
-    if (!RegisterMessagePlugin(kUndoMessageId, "PLTUndoMessage", 0, new (std::nothrow) C4DUndoMessage))
-        return false;
+    if (!RegisterMessagePlugin(kUndoMessageId, "PLTUndoMessage", 0, new (std::nothrow) C4DUndoMessage)) return false;
 
     if (table->docAddUndo != &AddUndoHook) {
         state.previousAddUndo = table->docAddUndo;
@@ -72,8 +70,7 @@ bool PluginStart() {
 void PluginEnd() {
     detachCore(C4DAdaptorInterface::instance());
     // Ends every singleton, the adaptor interface included, the collector last.
-    if (tvr::util::SingletonCollector* collector = tvr::util::SingletonCollector::instance())
-        collector->destroyAll();
+    if (tvr::util::SingletonCollector* collector = tvr::util::SingletonCollector::instance()) collector->destroyAll();
 }
 
 bool PluginMessage(std::int32_t id, void*) { return id == 0 || id == 1; }

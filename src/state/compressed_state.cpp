@@ -288,11 +288,9 @@ constexpr std::size_t kMultiLookupFrom = 64 << 10;
 
 }  // namespace
 
-DecompressResult decompress(const std::uint8_t* data, std::size_t size,
-                            const DecompressOptions& options) {
+DecompressResult decompress(const std::uint8_t* data, std::size_t size, const DecompressOptions& options) {
     DecompressResult result;
-    const bool headerOk = size >= kHeaderSize && readU32(data) == kMagic &&
-                          readU32(data + 4) == kVersion &&
+    const bool headerOk = size >= kHeaderSize && readU32(data) == kMagic && readU32(data + 4) == kVersion &&
                           static_cast<std::int32_t>(readU32(data + 8)) >= 0 &&
                           static_cast<std::int32_t>(readU32(data + 8)) <= 256;
     if (!headerOk) {
@@ -308,8 +306,7 @@ DecompressResult decompress(const std::uint8_t* data, std::size_t size,
     const std::size_t length = readU32(data + 12);
     const std::size_t tableEnd = kHeaderSize + symbolCount * kTableEntrySize;
     if (size < tableEnd) {
-        result.error = "symbol table of " + std::to_string(symbolCount) +
-                       " entries runs past the end of the input";
+        result.error = "symbol table of " + std::to_string(symbolCount) + " entries runs past the end of the input";
         return result;
     }
     std::vector<TableEntry> table(symbolCount);
@@ -323,8 +320,8 @@ DecompressResult decompress(const std::uint8_t* data, std::size_t size,
     }
     const std::size_t limit = std::min(options.maxOutput, kMaxDecompressedSize);
     if (length > limit) {
-        result.error = "stated length " + std::to_string(length) + " exceeds the limit of " +
-                       std::to_string(limit) + " bytes";
+        result.error =
+            "stated length " + std::to_string(length) + " exceeds the limit of " + std::to_string(limit) + " bytes";
         return result;
     }
     if (length == 0) return result;
@@ -342,8 +339,8 @@ DecompressResult decompress(const std::uint8_t* data, std::size_t size,
     const unsigned minDepth = buildLookup(nodes, lookup);
     const std::size_t availableBits = (size - tableEnd) * 8;
     if (length > availableBits / minDepth) {
-        result.error = "stated length " + std::to_string(length) + " cannot come from " +
-                       std::to_string(availableBits) + " bits";
+        result.error =
+            "stated length " + std::to_string(length) + " cannot come from " + std::to_string(availableBits) + " bits";
         return result;
     }
 
@@ -356,8 +353,8 @@ DecompressResult decompress(const std::uint8_t* data, std::size_t size,
     bool ok = true;
     // One careful symbol, for long codes and the last few bytes of input.
     auto one = [&]() {
-        const int symbol = options.bitByBit ? walk(nodes, static_cast<int>(nodes.size()) - 1, bits)
-                                            : decodeOne(nodes, lookup, bits);
+        const int symbol =
+            options.bitByBit ? walk(nodes, static_cast<int>(nodes.size()) - 1, bits) : decodeOne(nodes, lookup, bits);
         ok = symbol >= 0;
         if (ok) *out++ = static_cast<std::uint8_t>(symbol);
     };
@@ -380,8 +377,8 @@ DecompressResult decompress(const std::uint8_t* data, std::size_t size,
     while (ok && out != end) one();
     if (!ok) {
         const std::size_t produced = static_cast<std::size_t>(out - result.bytes.data());
-        result.error = "input ends after " + std::to_string(produced) + " of " + std::to_string(length) +
-                       " stated bytes";
+        result.error =
+            "input ends after " + std::to_string(produced) + " of " + std::to_string(length) + " stated bytes";
         result.bytes.clear();
         return result;
     }
@@ -401,9 +398,8 @@ Bytes compress(const std::uint8_t* data, std::size_t size) {
     std::vector<TableEntry> table;
     for (unsigned s = 0; s < 256; ++s)
         if (counts[s]) table.push_back({static_cast<std::uint8_t>(s), static_cast<std::uint32_t>(counts[s])});
-    std::stable_sort(table.begin(), table.end(), [](const TableEntry& a, const TableEntry& b) {
-        return a.frequency < b.frequency;
-    });
+    std::stable_sort(table.begin(), table.end(),
+                     [](const TableEntry& a, const TableEntry& b) { return a.frequency < b.frequency; });
 
     Bytes out;
     out.reserve(kHeaderSize + table.size() * kTableEntrySize + size / 2);

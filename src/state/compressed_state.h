@@ -53,8 +53,7 @@ struct DecompressResult {
 // Decodes the compressed form. A table with one symbol makes a tree whose root
 // is a leaf: every output byte is that symbol and no bits are read, so the
 // stated length alone sets the output size (still bounded by the limits).
-DecompressResult decompress(const std::uint8_t* data, std::size_t size,
-                            const DecompressOptions& options = {});
+DecompressResult decompress(const std::uint8_t* data, std::size_t size, const DecompressOptions& options = {});
 DecompressResult decompress(const Bytes& data, const DecompressOptions& options = {});
 
 // Writes the compressed form: the table in non-decreasing frequency order,

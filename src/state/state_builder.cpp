@@ -4,7 +4,6 @@
 #include <utility>
 #include <vector>
 
-
 namespace tvr::plr::state {
 
 using tvr::util::xml::Element;
@@ -17,9 +16,8 @@ std::vector<StateBuilder*> childrenInPlace(const StateBuilder& builder) {
     std::vector<StateBuilder*> children;
     children.reserve(builder.childCount());
     for (std::size_t i = 0; i < builder.childCount(); ++i) children.push_back(builder.child(i));
-    std::stable_sort(children.begin(), children.end(), [](const StateBuilder* a, const StateBuilder* b) {
-        return a->childIndex() < b->childIndex();
-    });
+    std::stable_sort(children.begin(), children.end(),
+                     [](const StateBuilder* a, const StateBuilder* b) { return a->childIndex() < b->childIndex(); });
     return children;
 }
 

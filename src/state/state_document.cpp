@@ -52,8 +52,8 @@ bool expand(Element& master, const std::string& object) {
     }
     const DecompressResult result = decompress(decoded.data(), decoded.size());
     if (!result.ok()) {
-        refuse(object, "a compressed master state that does not decode (" + result.error +
-                           "); the master is not loaded");
+        refuse(object,
+               "a compressed master state that does not decode (" + result.error + "); the master is not loaded");
         return false;
     }
     std::string text(result.bytes.begin(), result.bytes.end());

@@ -18,8 +18,7 @@ std::vector<std::size_t> firstOfEachName(const std::vector<std::string>& names);
 
 // For each entry: the first entry whose name equals its parent's name, or
 // kNone (always for an empty parent name).
-std::vector<std::ptrdiff_t> findParents(const std::vector<std::string>& names,
-                                        const std::vector<std::string>& parents);
+std::vector<std::ptrdiff_t> findParents(const std::vector<std::string>& names, const std::vector<std::string>& parents);
 
 // What a stored record or a document object says about itself: the master
 // it belongs to and the label of its object.

@@ -162,8 +162,10 @@ int C4DUndoManager::DoUndo(std::uint32_t target) {
     documentUndoContainer* record = getDocumentContainer(nullptr);
     if (!record) return 0;
     if (target > record->position) {
-        Log(Log::Error).write("DoUndo: target " + std::to_string(target) + " lies above the position " +
-                                  std::to_string(record->position), -1);
+        Log(Log::Error)
+            .write("DoUndo: target " + std::to_string(target) + " lies above the position " +
+                       std::to_string(record->position),
+                   -1);
         return 0;
     }
     while (record->position != target) {
@@ -187,8 +189,10 @@ int C4DUndoManager::DoRedo(std::uint32_t target) {
     documentUndoContainer* record = getDocumentContainer(nullptr);
     if (!record) return 0;
     if (target < record->position) {
-        Log(Log::Error).write("DoRedo: target " + std::to_string(target) + " lies below the position " +
-                                  std::to_string(record->position), -1);
+        Log(Log::Error)
+            .write("DoRedo: target " + std::to_string(target) + " lies below the position " +
+                       std::to_string(record->position),
+                   -1);
         return 0;
     }
     while (record->position != target) {

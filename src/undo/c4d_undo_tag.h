@@ -13,8 +13,7 @@ public:
     // The allocator registered with the host, which owns the result.
     static NodeData* Alloc();
 
-    LONG Execute(BaseTag* tag, BaseDocument* doc, BaseObject* op, BaseThread* bt, LONG priority,
-                 LONG flags) override;
+    LONG Execute(BaseTag* tag, BaseDocument* doc, BaseObject* op, BaseThread* bt, LONG priority, LONG flags) override;
 };
 
 }  // namespace tvr::plr::adaptor::cinema4d

@@ -58,7 +58,8 @@ Bool C4DUndoMessage::CoreMessage(LONG id, const BaseContainer& bc) {
         return true;
     }
     BaseContainer* data = tag->GetDataInstance();
-    const auto difference = static_cast<std::int32_t>(static_cast<std::uint32_t>(data->GetLong(kTagPositionKey)) - target);
+    const auto difference =
+        static_cast<std::int32_t>(static_cast<std::uint32_t>(data->GetLong(kTagPositionKey)) - target);
     if (difference == 0) return true;
     C4DUndoManager* manager = C4DUndoManager::instance();
     if (difference > 0)

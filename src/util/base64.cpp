@@ -74,7 +74,6 @@ const std::uint16_t* pairValues() {
 }
 constexpr DecodeTables kDecode;
 
-
 // A group that the fast path rejected: padding or an error. Appends its bytes to
 // `out` and answers how many, or -1 on an error.
 int decodeGroupSlow(const unsigned char* g, std::uint8_t* out) {
@@ -127,9 +126,7 @@ bool ByteArray::copyTo(void* buffer, std::size_t capacity) const {
     return true;
 }
 
-std::string Base64::encode(const ByteArray& bytes) {
-    return encode(bytes.data(), bytes.size());
-}
+std::string Base64::encode(const ByteArray& bytes) { return encode(bytes.data(), bytes.size()); }
 
 std::string Base64::encode(const void* data, std::size_t length) {
     if (data == nullptr || length == 0) {
@@ -182,9 +179,7 @@ std::string Base64::encode(const void* data, std::size_t length) {
     return text;
 }
 
-ByteArray Base64::decode(const std::string& text) {
-    return decode(text.data(), text.size());
-}
+ByteArray Base64::decode(const std::string& text) { return decode(text.data(), text.size()); }
 
 ByteArray Base64::decode(const char* text, std::size_t length) {
     ByteArray bytes;

@@ -62,9 +62,7 @@ Log::~Log() {
     }
 }
 
-std::int32_t Log::log(const std::string& message, std::int32_t level) {
-    return write(message, level);
-}
+std::int32_t Log::log(const std::string& message, std::int32_t level) { return write(message, level); }
 
 std::int32_t Log::write(const std::string& message, std::int32_t level) {
     const std::int32_t effective = level < 0 ? m_level : level;
@@ -119,27 +117,28 @@ bool Log::saveTo(const std::string& path) {
     return !out.fail();
 }
 
-void Log::setClock(std::function<std::time_t()> clock) {
-    clockFunction() = std::move(clock);
-}
+void Log::setClock(std::function<std::time_t()> clock) { clockFunction() = std::move(clock); }
 
 const char* Log::levelText(std::int32_t level) {
     switch (level) {
-        case Critical: return "CRITICAL): ";
-        case Error: return "ERROR): ";
-        case Warning: return "WARNING): ";
-        case Notice: return "NOTICE): ";
-        default: return "";
+    case Critical:
+        return "CRITICAL): ";
+    case Error:
+        return "ERROR): ";
+    case Warning:
+        return "WARNING): ";
+    case Notice:
+        return "NOTICE): ";
+    default:
+        return "";
     }
 }
 
-std::string Log::formatLine(std::time_t when, std::int32_t level, std::int32_t depth,
-                            const std::string& message) {
+std::string Log::formatLine(std::time_t when, std::int32_t level, std::int32_t depth, const std::string& message) {
     const std::tm parts = utc(when);
     char stamp[64];
-    const int stampLength =
-        std::snprintf(stamp, sizeof stamp, "%d%02d%02d %02d:%02d:%02d (", parts.tm_year + 1900, parts.tm_mon + 1,
-                      parts.tm_mday, parts.tm_hour, parts.tm_min, parts.tm_sec);
+    const int stampLength = std::snprintf(stamp, sizeof stamp, "%d%02d%02d %02d:%02d:%02d (", parts.tm_year + 1900,
+                                          parts.tm_mon + 1, parts.tm_mday, parts.tm_hour, parts.tm_min, parts.tm_sec);
     const char* text = levelText(level);
     const std::size_t tabs = depth >= 0 ? static_cast<std::size_t>(depth) + 1 : 0;
 

@@ -60,8 +60,7 @@ public:
     // The level text of a line ("NOTICE): "); empty above 3 and below 0.
     static const char* levelText(std::int32_t level);
     // One complete line as write() would produce it at `depth`.
-    static std::string formatLine(std::time_t when, std::int32_t level, std::int32_t depth,
-                                  const std::string& message);
+    static std::string formatLine(std::time_t when, std::int32_t level, std::int32_t depth, const std::string& message);
 
 private:
     friend class Singleton<Log>;

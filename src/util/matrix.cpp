@@ -85,8 +85,8 @@ Matrix4d Matrix4d::operator*(const Matrix4d& rhs) const {
 double Matrix4d::determinant() const {
     double det = 0.0;
     for (const Permutation& p : kPermutations) {
-        det += p.sign * ((*this)(0, p.column[0]) * (*this)(1, p.column[1]) * (*this)(2, p.column[2]) *
-                         (*this)(3, p.column[3]));
+        det += p.sign *
+               ((*this)(0, p.column[0]) * (*this)(1, p.column[1]) * (*this)(2, p.column[2]) * (*this)(3, p.column[3]));
     }
     return det;
 }

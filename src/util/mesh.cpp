@@ -22,9 +22,7 @@ bool resizeTo(Vector& v, std::int64_t count) {
     return true;
 }
 
-bool inRange(std::int32_t i, std::size_t size) {
-    return i >= 0 && static_cast<std::size_t>(i) < size;
-}
+bool inRange(std::int32_t i, std::size_t size) { return i >= 0 && static_cast<std::size_t>(i) < size; }
 
 bool setVec(std::vector<Vec3d>& v, std::int32_t i, double x, double y, double z) {
     if (!inRange(i, v.size())) {
@@ -49,8 +47,7 @@ bool setTriple(std::vector<std::int32_t>& v, std::int32_t i, std::int32_t a, std
     return true;
 }
 
-bool getTriple(const std::vector<std::int32_t>& v, std::int32_t i, std::int32_t& a, std::int32_t& b,
-               std::int32_t& c) {
+bool getTriple(const std::vector<std::int32_t>& v, std::int32_t i, std::int32_t& a, std::int32_t& b, std::int32_t& c) {
     if (i < 0 || static_cast<std::size_t>(i) >= v.size() / 3) {
         return false;
     }

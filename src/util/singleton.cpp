@@ -4,9 +4,7 @@
 
 namespace tvr::util {
 
-void SingletonCollector::add(SingletonReference* ref) {
-    m_refs.push_back(ref);
-}
+void SingletonCollector::add(SingletonReference* ref) { m_refs.push_back(ref); }
 
 void SingletonCollector::remove(SingletonReference* ref) {
     m_refs.erase(std::remove(m_refs.begin(), m_refs.end(), ref), m_refs.end());
@@ -29,9 +27,7 @@ void SingletonCollector::destroyAll() {
     }
 }
 
-SingletonCollector::~SingletonCollector() {
-    m_refs.clear();
-}
+SingletonCollector::~SingletonCollector() { m_refs.clear(); }
 
 namespace detail {
 

@@ -33,9 +33,13 @@ struct BlockAllocator {
     void deallocate(T* p, std::size_t n) noexcept { giveBlock(p, n * sizeof(T)); }
 
     template <class U>
-    bool operator==(const BlockAllocator<U>&) const noexcept { return true; }
+    bool operator==(const BlockAllocator<U>&) const noexcept {
+        return true;
+    }
     template <class U>
-    bool operator!=(const BlockAllocator<U>&) const noexcept { return false; }
+    bool operator!=(const BlockAllocator<U>&) const noexcept {
+        return false;
+    }
 };
 
 }  // namespace tvr::util::xml

@@ -14,8 +14,6 @@ constexpr bool isHexDigit(unsigned char c) {
     return (c >= '0' && c <= '9') || (c >= 'a' && c <= 'f') || (c >= 'A' && c <= 'F');
 }
 
-constexpr unsigned hexValue(unsigned char c) {
-    return c <= '9' ? c - '0' : (c | 0x20) - 'a' + 10;
-}
+constexpr unsigned hexValue(unsigned char c) { return c <= '9' ? c - '0' : (c | 0x20) - 'a' + 10; }
 
 }  // namespace tvr::util::xml

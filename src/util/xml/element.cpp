@@ -22,8 +22,7 @@ Element::Element() = default;
 
 Element::Element(std::uint32_t kind, std::string name) : name_(std::move(name)), kind_(kind) {}
 
-Element::Element(const Element& other)
-    : attributes_(other.attributes_), name_(other.name_), kind_(other.kind_) {
+Element::Element(const Element& other) : attributes_(other.attributes_), name_(other.name_), kind_(other.kind_) {
     // Copy the subtree with an explicit work list so that depth costs no stack.
     std::vector<std::pair<Element*, const Element*>> work{{this, &other}};
     while (!work.empty()) {
@@ -95,8 +94,7 @@ void Element::clearChildren() {
     while (!pending.empty()) {
         std::unique_ptr<Element> node = std::move(pending.back());
         pending.pop_back();
-        for (auto it = node->children_.rbegin(); it != node->children_.rend(); ++it)
-            pending.push_back(std::move(*it));
+        for (auto it = node->children_.rbegin(); it != node->children_.rend(); ++it) pending.push_back(std::move(*it));
         node->children_.clear();
     }
 }
@@ -134,22 +132,16 @@ void Element::adoptChildren(Children children) {
     for (auto& c : children) adoptChild(std::move(c));
 }
 
-bool Element::hasAttribute(const std::string& name) const {
-    return attributes_.find(name) != attributes_.end();
-}
+bool Element::hasAttribute(const std::string& name) const { return attributes_.find(name) != attributes_.end(); }
 
 const std::string& Element::attribute(const std::string& name) const {
     auto it = attributes_.find(name);
     return it == attributes_.end() ? noText() : it->second;
 }
 
-void Element::setAttribute(const std::string& name, const std::string& value) {
-    attributes_[name] = value;
-}
+void Element::setAttribute(const std::string& name, const std::string& value) { attributes_[name] = value; }
 
-Element* Element::childAt(std::size_t index) {
-    return index < children_.size() ? children_[index].get() : nullptr;
-}
+Element* Element::childAt(std::size_t index) { return index < children_.size() ? children_[index].get() : nullptr; }
 
 const Element* Element::childAt(std::size_t index) const {
     return index < children_.size() ? children_[index].get() : nullptr;
@@ -161,9 +153,7 @@ Element* Element::child(const std::string& name) {
     return nullptr;
 }
 
-const Element* Element::child(const std::string& name) const {
-    return const_cast<Element*>(this)->child(name);
-}
+const Element* Element::child(const std::string& name) const { return const_cast<Element*>(this)->child(name); }
 
 const std::string& Element::text() const {
     if (!children_.empty() && children_.front()->kind_ == kText) return children_.front()->name_;
@@ -181,9 +171,7 @@ bool Element::removeChild(const Element* child) {
     return false;
 }
 
-bool Element::removeChildAt(std::size_t index) {
-    return takeChildAt(index) != nullptr;
-}
+bool Element::removeChildAt(std::size_t index) { return takeChildAt(index) != nullptr; }
 
 std::unique_ptr<Element> Element::takeChildAt(std::size_t index) {
     if (index >= children_.size()) return nullptr;
@@ -197,19 +185,17 @@ bool operator==(const Element& a, const Element& b) {
     while (!work.empty()) {
         auto [x, y] = work.back();
         work.pop_back();
-        if (x->kind() != y->kind() || x->name() != y->name() ||
-            x->attributes() != y->attributes() || x->childCount() != y->childCount())
+        if (x->kind() != y->kind() || x->name() != y->name() || x->attributes() != y->attributes() ||
+            x->childCount() != y->childCount())
             return false;
-        for (std::size_t i = 0; i < x->childCount(); ++i)
-            work.emplace_back(x->childAt(i), y->childAt(i));
+        for (std::size_t i = 0; i < x->childCount(); ++i) work.emplace_back(x->childAt(i), y->childAt(i));
     }
     return true;
 }
 
 Tag::Tag(const std::string& name) : Element(kTag, name) {}
 
-TagWithData::TagWithData(const std::string& name, const std::string& value)
-    : Element(kTag, name) {
+TagWithData::TagWithData(const std::string& name, const std::string& value) : Element(kTag, name) {
     addChild(Text(value));
 }
 

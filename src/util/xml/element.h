@@ -86,8 +86,7 @@ public:
     void clearChildren();
 
     // The text form of this element and its subtree.
-    std::string toString(const std::string& newline, const std::string& indent,
-                         const std::string& prefix) const;
+    std::string toString(const std::string& newline, const std::string& indent, const std::string& prefix) const;
     void appendTo(std::string& text, const std::string& newline, const std::string& indent,
                   const std::string& prefix) const;
     // Writes "<?xml version=\"1.0\"?>\n" and the tree with "\n" and "\t"; false on

@@ -177,9 +177,7 @@ int readTag(const char* s, std::size_t n, Element& element) {
     return readAttributes(s, n, end, element.attributes());
 }
 
-int readTag(const Token& token, Element& element) {
-    return readTag(token.text.data(), token.text.size(), element);
-}
+int readTag(const Token& token, Element& element) { return readTag(token.text.data(), token.text.size(), element); }
 
 std::unique_ptr<Element> leafOf(int type, std::string text) {
     // Text was unescaped by the tokeniser already; the second pass is kept.
@@ -191,24 +189,24 @@ int build(Source& source, Element& element) {
     auto* first = source.peek();
     if (!first) return kReadMalformed;
     switch (first->type) {
-        case kTokenText:
-        case kTokenComment: {
-            std::unique_ptr<Element> leaf = leafOf(first->type, Source::take(*first));
-            element = std::move(*leaf);
-            source.advance();
-            return kReadOk;
-        }
-        case kTokenClose:
-            return kReadUnexpectedClose;
-        case kTokenEmptyElement: {
-            const int result = readTag(*first, element);
-            if (result == kReadOk) source.advance();
-            return result;
-        }
-        case kTokenOpen:
-            break;
-        default:
-            return kReadMalformed;
+    case kTokenText:
+    case kTokenComment: {
+        std::unique_ptr<Element> leaf = leafOf(first->type, Source::take(*first));
+        element = std::move(*leaf);
+        source.advance();
+        return kReadOk;
+    }
+    case kTokenClose:
+        return kReadUnexpectedClose;
+    case kTokenEmptyElement: {
+        const int result = readTag(*first, element);
+        if (result == kReadOk) source.advance();
+        return result;
+    }
+    case kTokenOpen:
+        break;
+    default:
+        return kReadMalformed;
     }
 
     int result = readTag(*first, element);
@@ -222,36 +220,36 @@ int build(Source& source, Element& element) {
         auto* token = source.peek();
         if (!token) return kReadUnclosed;
         switch (token->type) {
-            case kTokenClose: {
-                if (token->text != current.name()) return kReadMismatchedClose;
-                source.advance();
-                if (open.empty()) return kReadOk;
-                std::unique_ptr<Element> done = std::move(open.back());
-                open.pop_back();
-                (open.empty() ? element : *open.back()).adoptChild(std::move(done));
-                break;
-            }
-            case kTokenText:
-            case kTokenComment:
-                current.adoptChild(leafOf(token->type, Source::take(*token)));
-                source.advance();
-                break;
-            case kTokenEmptyElement:
-            case kTokenOpen: {
-                const bool opens = token->type == kTokenOpen;
-                if (opens && open.size() + 2 > kMaxDepth) return kReadMalformed;
-                auto child = std::make_unique<Element>();
-                result = readTag(*token, *child);
-                if (result != kReadOk) return result;
-                source.advance();
-                if (opens)
-                    open.push_back(std::move(child));
-                else
-                    current.adoptChild(std::move(child));
-                break;
-            }
-            default:
-                return kReadMalformed;
+        case kTokenClose: {
+            if (token->text != current.name()) return kReadMismatchedClose;
+            source.advance();
+            if (open.empty()) return kReadOk;
+            std::unique_ptr<Element> done = std::move(open.back());
+            open.pop_back();
+            (open.empty() ? element : *open.back()).adoptChild(std::move(done));
+            break;
+        }
+        case kTokenText:
+        case kTokenComment:
+            current.adoptChild(leafOf(token->type, Source::take(*token)));
+            source.advance();
+            break;
+        case kTokenEmptyElement:
+        case kTokenOpen: {
+            const bool opens = token->type == kTokenOpen;
+            if (opens && open.size() + 2 > kMaxDepth) return kReadMalformed;
+            auto child = std::make_unique<Element>();
+            result = readTag(*token, *child);
+            if (result != kReadOk) return result;
+            source.advance();
+            if (opens)
+                open.push_back(std::move(child));
+            else
+                current.adoptChild(std::move(child));
+            break;
+        }
+        default:
+            return kReadMalformed;
         }
     }
 }
@@ -270,20 +268,20 @@ int buildFromText(RawTokenStream& tokens, Element& element) {
     const RawToken* first = tokens.peek();
     if (!first) return kReadMalformed;
     switch (first->type) {
-        case kTokenText:
-            element = Element(kText, unescaped(unescaped(first->text, first->size)));
-            return kReadOk;
-        case kTokenComment:
-            element = Element(kComment, unescaped(first->text, first->size));
-            return kReadOk;
-        case kTokenClose:
-            return kReadUnexpectedClose;
-        case kTokenEmptyElement:
-            return readTag(first->text, first->size, element);
-        case kTokenOpen:
-            break;
-        default:
-            return kReadMalformed;
+    case kTokenText:
+        element = Element(kText, unescaped(unescaped(first->text, first->size)));
+        return kReadOk;
+    case kTokenComment:
+        element = Element(kComment, unescaped(first->text, first->size));
+        return kReadOk;
+    case kTokenClose:
+        return kReadUnexpectedClose;
+    case kTokenEmptyElement:
+        return readTag(first->text, first->size, element);
+    case kTokenOpen:
+        break;
+    default:
+        return kReadMalformed;
     }
     int result = readTag(first->text, first->size, element);
     if (result != kReadOk) return result;
@@ -302,50 +300,49 @@ int buildFromText(RawTokenStream& tokens, Element& element) {
         const RawToken* token = tokens.peek();
         if (!token) return kReadUnclosed;
         switch (token->type) {
-            case kTokenClose: {
-                const std::string& name = current.name();
-                if (token->size != name.size() || std::memcmp(token->text, name.data(), name.size()) != 0)
-                    return kReadMismatchedClose;
-                tokens.advance();
-                Element::Children children;
-                children.reserve(pending.size() - firstChild);
-                for (std::size_t k = firstChild; k < pending.size(); ++k) children.push_back(std::move(pending[k]));
-                pending.resize(firstChild);
-                current.adoptChildren(std::move(children));
-                if (open.empty()) return kReadOk;
-                pending.push_back(std::move(open.back().element));
-                firstChild = open.back().firstChild;
-                open.pop_back();
-                break;
+        case kTokenClose: {
+            const std::string& name = current.name();
+            if (token->size != name.size() || std::memcmp(token->text, name.data(), name.size()) != 0)
+                return kReadMismatchedClose;
+            tokens.advance();
+            Element::Children children;
+            children.reserve(pending.size() - firstChild);
+            for (std::size_t k = firstChild; k < pending.size(); ++k) children.push_back(std::move(pending[k]));
+            pending.resize(firstChild);
+            current.adoptChildren(std::move(children));
+            if (open.empty()) return kReadOk;
+            pending.push_back(std::move(open.back().element));
+            firstChild = open.back().firstChild;
+            open.pop_back();
+            break;
+        }
+        case kTokenText:
+            pending.push_back(std::make_unique<Element>(kText, unescaped(unescaped(token->text, token->size))));
+            tokens.advance();
+            break;
+        case kTokenComment:
+            pending.push_back(std::make_unique<Element>(kComment, unescaped(token->text, token->size)));
+            tokens.advance();
+            break;
+        case kTokenEmptyElement:
+        case kTokenOpen: {
+            const bool opens = token->type == kTokenOpen;
+            if (opens && open.size() + 2 > kMaxDepth) return kReadMalformed;
+            const std::size_t end = nameEnd(token->text, token->size);
+            auto child = std::make_unique<Element>(kTag, unescaped(token->text, end));
+            result = readAttributes(token->text, token->size, end, child->attributes());
+            if (result != kReadOk) return result;
+            tokens.advance();
+            if (opens) {
+                open.push_back({std::move(child), firstChild});
+                firstChild = pending.size();
+            } else {
+                pending.push_back(std::move(child));
             }
-            case kTokenText:
-                pending.push_back(
-                    std::make_unique<Element>(kText, unescaped(unescaped(token->text, token->size))));
-                tokens.advance();
-                break;
-            case kTokenComment:
-                pending.push_back(std::make_unique<Element>(kComment, unescaped(token->text, token->size)));
-                tokens.advance();
-                break;
-            case kTokenEmptyElement:
-            case kTokenOpen: {
-                const bool opens = token->type == kTokenOpen;
-                if (opens && open.size() + 2 > kMaxDepth) return kReadMalformed;
-                const std::size_t end = nameEnd(token->text, token->size);
-                auto child = std::make_unique<Element>(kTag, unescaped(token->text, end));
-                result = readAttributes(token->text, token->size, end, child->attributes());
-                if (result != kReadOk) return result;
-                tokens.advance();
-                if (opens) {
-                    open.push_back({std::move(child), firstChild});
-                    firstChild = pending.size();
-                } else {
-                    pending.push_back(std::move(child));
-                }
-                break;
-            }
-            default:
-                return kReadMalformed;
+            break;
+        }
+        default:
+            return kReadMalformed;
         }
     }
 }

@@ -255,8 +255,7 @@ void Element::appendTo(std::string& text, const std::string& newline, const std:
                 for (std::size_t k = 0; k < 8 && k < kids.size(); ++k) prefetch(kids[k].get());
             prefetchAhead(kids, top.next);
             const Element& c = *kids[top.next];
-            if (top.textOnly && top.next > 0 && c.kind_ == kText && kids[top.next - 1]->kind_ == kText)
-                out.put(' ');
+            if (top.textOnly && top.next > 0 && c.kind_ == kText && kids[top.next - 1]->kind_ == kText) out.put(' ');
             ++top.next;
             const bool textOnly = top.textOnly;
             const std::size_t childPrefixLen = top.prefixLen + indent.size();
@@ -281,8 +280,7 @@ void Element::appendTo(std::string& text, const std::string& newline, const std:
     out.finish();
 }
 
-std::string Element::toString(const std::string& newline, const std::string& indent,
-                              const std::string& prefix) const {
+std::string Element::toString(const std::string& newline, const std::string& indent, const std::string& prefix) const {
     std::string out;
     appendTo(out, newline, indent, prefix);
     return out;
