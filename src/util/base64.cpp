@@ -17,7 +17,7 @@ constexpr std::uint32_t kBad = 0x80000000u;
 
 // Two output characters for every 12-bit value.
 struct PairTable {
-    std::array<char, 2 * 4096> chars{};
+    std::array<char, std::size_t{2} * 4096> chars{};
     constexpr PairTable() {
         for (std::size_t v = 0; v < 4096; ++v) {
             chars[2 * v] = kAlphabet[v >> 6];
