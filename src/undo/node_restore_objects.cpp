@@ -22,9 +22,10 @@ C4DAdaptorInterface* adaptor() { return C4DAdaptorInterface::instance(); }
 
 // Every step's node field, by the node it names.
 std::unordered_multimap<CC4DNode*, CC4DNode**>& namedNodes() {
-    // Never destroyed: nodes may end after the statics at the process's end.
-    static auto* fields = new std::unordered_multimap<CC4DNode*, CC4DNode**>;
-    return *fields;
+    // A static of the module, not a heap object it points to: memory the
+    // module still holds when it is unloaded would be lost to the host.
+    static std::unordered_multimap<CC4DNode*, CC4DNode**> fields;
+    return fields;
 }
 
 void remember(CC4DNode** field) {

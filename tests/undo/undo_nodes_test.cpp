@@ -69,6 +69,7 @@ TEST_F(UndoTest, AStepReplayedByTheCoresOwnUndoNeitherRenamesNorAddsSteps) {
     EXPECT_EQ(object->GetName().ToStd(), name);
     EXPECT_EQ(C4DUndoManager::instance()->getDocumentContainer(doc)->steps.size(), 2u);
     adaptorImpl->acceptUndo();
+    camera->release();  // the core owns what it made
 }
 
 // The core lets go of a node its creation step still names (it binds the
