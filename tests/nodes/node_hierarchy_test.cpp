@@ -372,5 +372,33 @@ TEST_F(NodeTest, AMasterNodeMeetingAMasterlessNodeOfAnotherDocumentWarnsToo) {
     EXPECT_EQ(host.dialogs().size(), 1u);
 }
 
+// Group selection opens its own undo bracket only when none is open.
+TEST_F(NodeTest, GroupSelectionBracketsItselfOnlyWhenNoBracketIsOpen) {
+    CC4DNode* a = camera("a");
+    CC4DNode* b = camera("b");
+    host.journal().clear();
+    ASSERT_FALSE(adaptor->isAcceptingUndo());
+    EXPECT_EQ(a->executeExtension(CC4DNode::kBeginGroupSelect, nullptr), 1);
+    EXPECT_TRUE(adaptor->isAcceptingUndo());
+    EXPECT_EQ(b->executeExtension(CC4DNode::kBeginGroupSelect, nullptr), 0);  // keeps the first bracket
+    a->select();
+    b->select();
+    EXPECT_EQ(b->executeExtension(CC4DNode::kGroupSelect, nullptr), 1);
+    EXPECT_FALSE(adaptor->isAcceptingUndo());
+    EXPECT_EQ(journal("StartUndo").size(), 1u);
+    EXPECT_EQ(journal("EndUndo").size(), 1u);
+
+    // Inside the caller's bracket the group joins it and leaves it open.
+    adaptor->beginUndo("outer");
+    a->executeExtension(CC4DNode::kBeginGroupSelect, nullptr);
+    b->select();
+    a->executeExtension(CC4DNode::kGroupSelect, nullptr);
+    EXPECT_TRUE(adaptor->isAcceptingUndo());
+    EXPECT_EQ(journal("EndUndo").size(), 1u);
+    EXPECT_EQ(adaptor->acceptUndo(), 0);
+    EXPECT_EQ(journal("StartUndo").size(), 2u);
+    EXPECT_EQ(journal("EndUndo").size(), 2u);
+}
+
 }  // namespace
 }  // namespace tvr::plr::adaptor::cinema4d::testing
