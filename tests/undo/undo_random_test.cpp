@@ -1,16 +1,19 @@
-// Random sequences of core groups (nested, with data and time steps), the
-// user's own edits, undo and redo of random depth by the user and by the
-// core, cancelled groups and document switches. After every action each
-// document must equal the state recorded for its undo position, and the
-// core's data the sum of what every document has applied. Seeded and
-// reproducible; a failure prints the shortest sequence that still fails.
+// Random sequences of core groups (nested, with data, time and node steps,
+// moves and renames among them), the user's own edits, undo and redo of
+// random depth by the user and by the core, cancelled groups and document
+// switches. After every action each document must equal the state recorded
+// for its undo position, and the core's data the sum of what every document
+// has applied. Seeded and reproducible; a failure prints the shortest
+// sequence that still fails.
 #include "undo_fixture.h"
 
 #include <cstdint>
 #include <cstdlib>
+#include <cstring>
 #include <random>
 #include <sstream>
 
+#include "core_api/csnapshot.h"
 #include "core_api/master.h"
 #include "nodes/c4d_node.h"
 #include "undo/set_time_restore_obj.h"
@@ -23,7 +26,8 @@ enum class Kind { Group, Cancel, UserEdit, UserUndo, UserRedo, CoreUndo, Switch 
 struct Action {
     Kind kind;
     // Group and Cancel: 'd' a data step, 't' a time step, '(' and ')' a nested
-    // group; node edits: 'c' a new camera, 'p' a reparent, 'h' a hide, 'x' a deletion.
+    // group; node edits: 'c' a new camera, 'p' a reparent, 'h' a hide, 'x' a
+    // deletion, 'm' a move and 'r' a rename (neither records host undo).
     std::string shape;
     int count = 0;  // undo and redo presses; the document of a switch
 };
@@ -77,6 +81,7 @@ public:
     std::string play(const std::vector<Action>& actions) {
         for (std::size_t i = 0; i < actions.size(); ++i) {
             std::string error = apply(actions[i]);
+            if (error.empty()) error = editError_;
             if (error.empty()) error = check();
             if (!error.empty()) return "after action " + std::to_string(i + 1) + " (" + describe(actions[i]) + "): " + error;
         }
@@ -95,18 +100,27 @@ private:
         return false;
     }
 
-    // Reparenting keeps an object's world placement by setting its matrix,
-    // which no undo record covers; with the identity placements used here that
-    // only turns zeros into negative zeros, which are equal.
+    // A camera's name and placement are the core's own business: renames and
+    // moves record no host undo, so the user's undo keeps them, except where a
+    // host record of another edit copies the whole object back. Cameras are
+    // compared without them; everything else of the scene is compared exactly.
     std::string dump(BaseDocument* doc) {
-        std::string text = host_.dump(doc);
-        for (std::size_t at = text.find("-0"); at != std::string::npos; at = text.find("-0", at)) {
-            const char before = at > 0 ? text[at - 1] : ' ';
-            const char after = at + 2 < text.size() ? text[at + 2] : ' ';
-            if ((before == '(' || before == ',') && (after == ',' || after == ')'))
-                text.erase(at, 1);
-            else
-                at += 2;
+        std::istringstream lines(host_.dump(doc));
+        std::string text;
+        for (std::string line; std::getline(lines, line); text += line + '\n') {
+            if (line.find("O " + std::to_string(Ocamera) + " ") != line.find_first_not_of(' ')) continue;
+            for (const char* key : {" name=", " pos=", " rot=", " scale="}) {
+                const std::size_t at = line.find(key);
+                if (at == std::string::npos) continue;
+                const std::size_t from = at + std::strlen(key);
+                std::size_t to = from + 1;
+                if (line[from] == '"') {
+                    while (to < line.size() && line[to] != '"') to += line[to] == '\\' ? 2 : 1;
+                } else {
+                    to = line.find(')', from);
+                }
+                line.replace(from, to == std::string::npos ? std::string::npos : to + 1 - from, "~");
+            }
         }
         return text;
     }
@@ -147,7 +161,7 @@ private:
             } else if (c == 'c') {
                 recorded = true;
                 adaptor_->createCamera(&master_, "n" + std::to_string(++serial_), nullptr, nullptr);
-            } else if (c == 'p' || c == 'h' || c == 'x') {
+            } else if (c == 'p' || c == 'h' || c == 'x' || c == 'm' || c == 'r') {
                 const std::vector<CC4DNode*> live = liveNodes(active().doc);
                 if (live.empty()) continue;
                 ++serial_;
@@ -156,10 +170,21 @@ private:
                     recorded |= node->deleteNode(true) == 0;
                 } else if (c == 'h') {
                     recorded |= node->hide() == 0;
-                } else {
+                } else if (c == 'p') {
                     // The top level, or another node; one below the node is refused.
                     const std::size_t pick = static_cast<std::size_t>(serial_ * 7) % (live.size() + 1);
                     recorded |= node->setParent(pick == live.size() ? nullptr : live[pick]) == 0;
+                } else if (c == 'm') {
+                    move(node);
+                } else {
+                    // Through the label extension, which nests a bracket of its
+                    // own, unless groups are kept flat after a cancel.
+                    std::string label = "r" + std::to_string(serial_);
+                    if (cancelled_)
+                        node->setName(label);
+                    else
+                        node->executeExtension(32, &label);
+                    if (node->getName() != label) editError_ = "a rename to " + label + " reads back " + node->getName();
                 }
             } else if (c == 't') {
                 recorded = true;
@@ -168,6 +193,20 @@ private:
             }
         }
         return recorded;
+    }
+
+    // Moves the node's object along x and reads the placement back.
+    void move(CC4DNode* node) {
+        CTransformSnapshot* s = node->acquireSnapshot(adaptor_->getTime());
+        if (!s) {
+            editError_ = "no transform snapshot";
+            return;
+        }
+        tvr::util::Matrix4d m = s->getGlobalMatrix();
+        m(0, 3) = static_cast<double>(serial_ % 97);
+        s->setGlobalMatrix(m);
+        if (s->getGlobalMatrix()(0, 3) != m(0, 3)) editError_ = "a move does not read back";
+        node->releaseSnapshot(s);
     }
 
     std::string apply(const Action& a) {
@@ -294,6 +333,7 @@ private:
     std::vector<DataStep*> steps_;
     long long serial_ = 0;
     bool cancelled_ = false;
+    std::string editError_;
 };
 
 std::string play(const std::vector<Action>& actions) { return Player().play(actions); }
@@ -308,7 +348,7 @@ std::string randomShape(std::mt19937& rng, bool nested) {
             shape += '(';
             ++open;
         }
-        static const char kEdits[] = "ddddttcccpphx";
+        static const char kEdits[] = "ddddttcccpphxmmr";
         shape += kEdits[rng() % (sizeof kEdits - 1)];
         if (open > 0 && rng() % 2 == 0) {
             shape += ')';
