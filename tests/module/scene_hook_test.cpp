@@ -217,8 +217,10 @@ TEST_F(SceneHook, WorldStateWithoutACoreThatLoadsIsNotHandedToAnyone) {
     host->newDocument();
     host->world().SetString(kStored, String("<samplecore/>"));
     const std::size_t logged = tvr::util::Log::contents().size();
+    const std::size_t boxes = tvr::platform::recordedMessageBoxes().size();
     sendInfo(1001);
     host->advance(40);  // no installation: the core does not load, and nothing crashes
+    EXPECT_GT(tvr::platform::recordedMessageBoxes().size(), boxes) << "a core load is tried first";
     EXPECT_NE(tvr::util::Log::contents().substr(logged).find(
                   "(ERROR): The stored core state is not handed over: no core is attached"),
               std::string::npos);
