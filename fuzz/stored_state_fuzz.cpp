@@ -14,6 +14,8 @@
 #include "adaptor/c4d_adaptor_interface.h"
 #include "core_api/core_node.h"
 #include "embedded_host/runtime/embedded_host.h"
+#include "platform/message_box.h"
+#include "platform/registry_overlay.h"
 #include "plugin/plugin_main.h"
 #include "util/log.h"
 
@@ -44,8 +46,16 @@ public:
     void runLoopStep() override {}
 };
 
+// No installation and no dialogs: a text that makes the module look for a
+// core must not cost a library load and a message box on every run.
+int noBox(const char*, const char*, std::uint32_t) { return 1; }
+
 tvr::plr::embedded::EmbeddedHost& host() {
     static tvr::plr::embedded::EmbeddedHost* h = [] {
+        static auto overlay =
+            tvr::platform::RegistryOverlayPlatform::fromText(tvr::platform::platform(), "REGEDIT4\n");
+        if (overlay) tvr::platform::setPlatform(overlay.get());
+        tvr::platform::setMessageBoxSink(&noBox);
         tvr::plr::embedded::HostOptions options;
         options.crashHandlers = false;
         auto* made = new tvr::plr::embedded::EmbeddedHost(options);
