@@ -66,7 +66,7 @@ std::string EmbeddedDriver::printHistory(std::ostream& out) {
     if (number == 0 && !stack.isOpen()) out << "  (empty)\n";
 
     std::vector<std::string> lines;
-    emb::deliverCoreMessage(c, kUndoListingMessageId, reinterpret_cast<VULONG>(&collectLine),
+    emb::deliverCoreMessage(c.plugins, kUndoListingMessageId, reinterpret_cast<VULONG>(&collectLine),
                             reinterpret_cast<VULONG>(&lines));
     out << "module undo steps:\n";
     if (lines.empty()) out << "  (none)\n";

@@ -9,8 +9,8 @@
 #include <unordered_map>
 #include <vector>
 
-#include "embedded_host/runtime/host_context.h"
 #include "embedded_host/scene/link_impl.h"
+#include "embedded_host/scene/node_makers.h"
 #include "embedded_host/scene/opaque_tag.h"
 #include "embedded_host/geometry/polygon_object.h"
 #include "embedded_host/files/scene_file_json.h"
@@ -209,7 +209,7 @@ std::size_t depthOf(const Json& root) {
 
 class Loader {
  public:
-  explicit Loader(HostContext& c) : context_(c) {}
+  explicit Loader(const NodeMakers& makers) : makers_(makers) {}
 
   ~Loader() { delete doc_; }
 
@@ -352,7 +352,7 @@ class Loader {
     if (depth > kMaxDepth) r_.fail("objects nested deeper than " + std::to_string(kMaxDepth));
     r_.object(o);
     const std::int32_t type = r_.int32(o, "type");
-    HostNode* n = context_.makeObject(type);
+    HostNode* n = makers_.makeObject(type);
     if (!n) {
       Reader::Scope sc(r_, "type");
       r_.fail("unknown object type " + std::to_string(type));
@@ -415,8 +415,7 @@ class Loader {
   void readTag(const Json& t, HostNode* owner) {
     r_.object(t);
     const std::int32_t type = r_.int32(t, "type");
-    const bool known = context_.tagMakers.count(type) != 0;
-    if (!known && !context_.plugins.tag(type)) {
+    if (!makers_.knowsTag(type)) {
       HostNode* opaque = makeOpaqueTag(type, t);
       opaque->insertLastInto(owner, ListKind::Tags);
       place(opaque);
@@ -426,7 +425,7 @@ class Loader {
       return;
     }
     const Json& uvw = flat(t, "uvw", 12);
-    HostNode* n = context_.makeTag(type, LONG(uvw.size() / 12));
+    HostNode* n = makers_.makeTag(type, LONG(uvw.size() / 12));
     if (!n) {
       Reader::Scope sc(r_, "type");
       r_.fail("the plug-in of tag type " + std::to_string(type) + " could not make the tag");
@@ -559,7 +558,7 @@ class Loader {
     }
   }
 
-  HostContext& context_;
+  const NodeMakers& makers_;
   Reader r_;
   DocumentImpl* doc_ = nullptr;
   std::vector<HostNode*> places_;
@@ -579,8 +578,8 @@ DocumentImpl* read(const std::string& text, std::string* error) {
     if (error) *error = what;
     return nullptr;
   };
-  HostContext* c = context();
-  if (!c) return report("no host is running");
+  NodeMakers* makers = nodeMakers();
+  if (!makers) return report("no host is running");
   Json root;
   try {
     root = Json::parse(text);
@@ -590,7 +589,7 @@ DocumentImpl* read(const std::string& text, std::string* error) {
   if (depthOf(root) > std::size_t(2 * kMaxDepth + 8))
     return report("not a scene file: nested deeper than " + std::to_string(kMaxDepth) + " objects");
   try {
-    Loader loader(*c);
+    Loader loader(*makers);
     return loader.load(root);
   } catch (const FormatError& e) {
     return report(e.what());
@@ -610,13 +609,13 @@ std::string writePreferences(const BaseContainer& world) {
 }
 
 bool readPreferences(const std::string& text, BaseContainer* world, std::string* error) {
-  HostContext* c = context();
+  NodeMakers* makers = nodeMakers();
   try {
-    if (!c) throw FormatError("no host is running");
+    if (!makers) throw FormatError("no host is running");
     const Json root = Json::parse(text);
     if (depthOf(root) > 16) throw FormatError("nested too deeply");
     BaseContainer read;
-    Loader(*c).loadPreferences(root, &read);
+    Loader(*makers).loadPreferences(root, &read);
     *world = std::move(read);
     return true;
   } catch (const Json::exception& e) {

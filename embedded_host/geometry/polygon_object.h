@@ -13,6 +13,7 @@ class PolygonNode : public ObjectNode {
   void copyOwnFrom(const HostNode& src) override;
   void swapOwnWith(HostNode& other) override;
   void dumpOwn(DumpOut& out) const override;
+  bool isInstanceOf(LONG t) const override { return t == Opoint || ObjectNode::isInstanceOf(t); }
 
   // Keeps what fits; new points and polygons are zero. Negative counts are refused.
   bool resize(LONG pointCount, LONG polygonCount);

@@ -26,6 +26,7 @@ class SplineNode : public ObjectNode {
   void copyOwnFrom(const HostNode& src) override;
   void swapOwnWith(HostNode& other) override;
   void dumpOwn(DumpOut& out) const override;
+  bool isInstanceOf(LONG t) const override { return t == Opoint || ObjectNode::isInstanceOf(t); }
 
   bool resize(LONG pointCount, LONG segmentCount);
   void setClosed(bool c);

@@ -129,8 +129,8 @@ BaseDocument* EmbeddedHost::openDocument(const std::string& path, std::string* e
     if (!d) why = path + ": " + why;
   }
   if (!d) {
-    context_->print("Open failed: " + why);
-    context_->dialog("Could not open " + path + "\n" + why);
+    context_->console.print("Open failed: " + why);
+    context_->console.dialog("Could not open " + path + "\n" + why);
     if (error) *error = why;
     return nullptr;
   }
@@ -165,8 +165,8 @@ bool EmbeddedHost::saveDocument(BaseDocument* doc, const std::string& path, std:
     d->name = file.GetFile().GetString();
     d->changed = false;
   } else {
-    context_->print("Save failed: " + why);
-    context_->dialog("Could not save " + path + "\n" + why);
+    context_->console.print("Save failed: " + why);
+    context_->console.dialog("Could not save " + path + "\n" + why);
     if (error) *error = why;
   }
   // Also after a failed save: hooks that took things out of the document
@@ -182,7 +182,7 @@ bool EmbeddedHost::savePreferences(const std::string& path, std::string* error) 
 bool EmbeddedHost::loadPreferences(const std::string& path, std::string* error) {
   std::string text, why;
   if (scenefile::readFile(path, &text, &why) && scenefile::readPreferences(text, &context_->world, &why)) return true;
-  context_->print("Preferences not loaded: " + why);
+  context_->console.print("Preferences not loaded: " + why);
   if (error) *error = why;
   return false;
 }

@@ -28,7 +28,7 @@ EmbeddedHost::EmbeddedHost(const HostOptions& options) : options_(options), cont
   setContext(context_.get());
   context_->host = this;
   context_->c4dVersion = options.c4dVersion;
-  context_->echoConsole = options.echoConsole;
+  context_->console.echo = options.echoConsole;
   context_->world.SetLong(WPREF_UNITS_BASIC, UNIT_CM);
   fillHostTable(options.apiVersion);
   C4DOS() = &hostTable();
@@ -50,7 +50,7 @@ EmbeddedHost::~EmbeddedHost() {
 }
 
 bool EmbeddedHost::refuseModule(const std::string& text, std::string* error) {
-  context_->print(text);
+  context_->console.print(text);
   if (error) *error = text;
   return false;
 }
@@ -105,7 +105,7 @@ bool EmbeddedHost::startModule(std::unique_ptr<Module> m, std::string* error) {
   for (HostNode* d = context_->documents.first; d; d = d->next) static_cast<DocumentNode*>(d)->ensureSceneHooks();
   if (started != 1) {
     const std::string text = modules_.back()->path + ": start answered " + std::to_string(started);
-    context_->print(text);
+    context_->console.print(text);
     if (error) *error = text;
   }
   return true;
@@ -139,7 +139,7 @@ void EmbeddedHost::shutdown() {
   freeDocuments();
   context_->specialEvents.clear();
   std::vector<HostNode*> leftovers = context_->registry.roots();
-  if (!leftovers.empty()) context_->print("shutdown: freeing " + std::to_string(leftovers.size()) + " nodes left by modules");
+  if (!leftovers.empty()) context_->console.print("shutdown: freeing " + std::to_string(leftovers.size()) + " nodes left by modules");
   for (HostNode* n : leftovers) delete n;
   context_->plugins.clear();
   for (auto it = modules_.rbegin(); it != modules_.rend(); ++it) closeLibrary((*it)->library);
@@ -152,7 +152,7 @@ bool EmbeddedHost::runCommand(LONG id) {
   const CommandPlugin* p = context_->plugins.command(id);
   context_->journal.add("Command", std::to_string(id));
   if (!p || !p->data) {
-    context_->print("no command " + std::to_string(id));
+    context_->console.print("no command " + std::to_string(id));
     return false;
   }
   return p->data->Execute(activeDocument());
@@ -180,7 +180,7 @@ void EmbeddedHost::deliverSpecialEvents() {
   // What is posted while delivering waits for the next cycle.
   std::deque<SpecialEvent> events;
   events.swap(context_->specialEvents);
-  for (const SpecialEvent& e : events) deliverCoreMessage(*context_, e.id, e.p1, e.p2);
+  for (const SpecialEvent& e : events) deliverCoreMessage(context_->plugins, e.id, e.p1, e.p2);
 }
 
 void EmbeddedHost::runCycle() {
@@ -219,8 +219,8 @@ std::uint64_t EmbeddedHost::nowMs() const { return now_; }
 void EmbeddedHost::setMessagePump(std::function<void(std::uint64_t)> pump) { pump_ = std::move(pump); }
 
 Journal& EmbeddedHost::journal() { return context_->journal; }
-const std::vector<std::string>& EmbeddedHost::console() const { return context_->console; }
-const std::vector<std::string>& EmbeddedHost::dialogs() const { return context_->dialogs; }
+const std::vector<std::string>& EmbeddedHost::console() const { return context_->console.lines(); }
+const std::vector<std::string>& EmbeddedHost::dialogs() const { return context_->console.dialogs(); }
 BaseContainer& EmbeddedHost::world() { return context_->world; }
 C4D_HostTable& EmbeddedHost::table() { return hostTable(); }
 HostContext& EmbeddedHost::context() { return *context_; }

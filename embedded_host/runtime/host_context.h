@@ -1,28 +1,22 @@
 #pragma once
 // The state of the running host, reachable from the table's plain function
-// pointers and from the scene model. One host runs at a time.
-#include <cstdint>
+// pointers. One host runs at a time. The context owns the pieces; code that
+// needs one piece includes that piece's header and reaches it through its own
+// accessor (nodeRegistry(), nodeMakers(), hostJournal(), hostPlugins(),
+// consolePrint(), documentList(), postEvent()), so only the runtime's top
+// (the host table, EmbeddedHost, documents' life) includes this file.
 #include <deque>
-#include <functional>
-#include <map>
-#include <string>
-#include <vector>
 
 #include "host_api/c4d.h"
-#include "embedded_host/scene/host_node.h"
+#include "embedded_host/runtime/console.h"
+#include "embedded_host/runtime/host_events.h"
 #include "embedded_host/runtime/journal.h"
-#include "embedded_host/scene/node_registry.h"
 #include "embedded_host/runtime/plugin_registry.h"
+#include "embedded_host/scene/host_node.h"
+#include "embedded_host/scene/node_makers.h"
+#include "embedded_host/scene/node_registry.h"
 
 namespace tvr::plr::embedded {
-
-// Makes the host node for a type; count is the element count some tag types take.
-using NodeMaker = std::function<HostNode*(LONG type, LONG count)>;
-
-struct SpecialEvent {
-  LONG id;
-  VULONG p1, p2;
-};
 
 class EmbeddedHost;
 
@@ -33,21 +27,11 @@ class HostContext {
   HostContext(const HostContext&) = delete;
   HostContext& operator=(const HostContext&) = delete;
 
-  // Object and tag kinds by type; geometry and other kinds register here.
-  std::map<LONG, NodeMaker> objectMakers;
-  std::map<LONG, NodeMaker> tagMakers;
-  HostNode* makeObject(LONG type);
-  HostNode* makeTag(LONG type, LONG count);
-
-  // Console and dialogs (also journaled).
-  void print(const std::string& line);
-  void dialog(const std::string& text);
-
   NodeRegistry registry;
   Journal journal;
   PluginRegistry plugins;
-  std::vector<std::string> console;
-  std::vector<std::string> dialogs;
+  NodeMakers makers{plugins};  // object and tag kinds; geometry and others add theirs
+  Console console{journal};
   BaseContainer world;
 
   // Documents: the host's list and the active one.
@@ -62,7 +46,6 @@ class HostContext {
   bool starting = false;
   LONG c4dVersion = 11008;
   EmbeddedHost* host = nullptr;
-  bool echoConsole = false;  // also print console lines and dialogs to stdout
 };
 
 // The running host's context (null when none).

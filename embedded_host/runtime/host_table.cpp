@@ -28,7 +28,7 @@ void hostFree(void* p) { ::operator delete(p); }
 // A pointer freed before finds no node (its memory is held back, see node_memory.h): said, no effect.
 bool refuseFreedBefore(HostContext* c, const void* p, const char* what) {
   if (!c || !p || nodeOf(p) || !nodememory::wasFreed(p)) return false;
-  c->print(std::string(what) + " refused: freed before");
+  c->console.print(std::string(what) + " refused: freed before");
   return true;
 }
 
@@ -39,7 +39,7 @@ void freeNode(const void* p, NodeKind kind, const char* what) {
   HostNode* n = nodeOf(p);
   if (!c || !n) return;
   if (n->kind != kind || n->ownership == Ownership::Snapshot) {
-    c->print(std::string(what) + " refused: " + describeNode(n));
+    c->console.print(std::string(what) + " refused: " + describeNode(n));
     return;
   }
   destroyNode(n);
@@ -47,14 +47,14 @@ void freeNode(const void* p, NodeKind kind, const char* what) {
 
 BaseObject* objectAlloc(LONG type) {
   HostContext* c = ctx();
-  HostNode* n = c ? c->makeObject(type) : nullptr;
+  HostNode* n = c ? c->makers.makeObject(type) : nullptr;
   return n ? static_cast<BaseObject*>(n->iface()) : nullptr;
 }
 void objectFree(BaseObject* op) { freeNode(op, NodeKind::Object, "BaseObject::Free"); }
 
 BaseTag* tagAlloc(LONG type, LONG count) {
   HostContext* c = ctx();
-  HostNode* n = c ? c->makeTag(type, count) : nullptr;
+  HostNode* n = c ? c->makers.makeTag(type, count) : nullptr;
   return n ? static_cast<BaseTag*>(n->iface()) : nullptr;
 }
 void tagFree(BaseTag* tag) { freeNode(tag, NodeKind::Tag, "BaseTag::Free"); }
@@ -123,7 +123,7 @@ Bool geSyncMessage(LONG id, LONG dest, VULONG p1, VULONG p2) {
   std::ostringstream s;
   s << id << " " << dest << " " << p1 << " " << p2;
   c->journal.add("GeSyncMessage", s.str());
-  deliverCoreMessage(*c, id, p1, p2);
+  deliverCoreMessage(c->plugins, id, p1, p2);
   return true;
 }
 
@@ -137,10 +137,10 @@ void specialEventAdd(LONG id, VULONG p1, VULONG p2) {
 }
 
 void gePrint(const String& text) {
-  if (HostContext* c = ctx()) c->print(text.ToStd());
+  if (HostContext* c = ctx()) c->console.print(text.ToStd());
 }
 void messageDialog(const String& text) {
-  if (HostContext* c = ctx()) c->dialog(text.ToStd());
+  if (HostContext* c = ctx()) c->console.dialog(text.ToStd());
 }
 void stopAllThreads() { journal("StopAllThreads", ""); }
 void freeResource() { journal("FreeResource", ""); }
@@ -169,7 +169,7 @@ bool mayRegister(HostContext* c, LONG id, const String& name, const char* kind, 
   s << kind << " " << id << " '" << name.ToStd() << "'" << (why.empty() ? "" : " refused: " + why);
   c->journal.add("Register", s.str());
   if (why.empty()) return true;
-  c->print("Register" + std::string(kind) + "Plugin " + std::to_string(id) + " failed: " + why);
+  c->console.print("Register" + std::string(kind) + "Plugin " + std::to_string(id) + " failed: " + why);
   if (data) c->plugins.orphans.push_back(data);
   return false;
 }
@@ -213,13 +213,13 @@ C4D_HostTable g_table{};
 
 }  // namespace
 
-void deliverCoreMessage(HostContext& c, LONG id, VULONG p1, VULONG p2) {
+void deliverCoreMessage(const PluginRegistry& plugins, LONG id, VULONG p1, VULONG p2) {
   BaseContainer bc(id);
   bc.SetVoid(BFM_CORE_PAR1, reinterpret_cast<void*>(p1));
   bc.SetVoid(BFM_CORE_PAR2, reinterpret_cast<void*>(p2));
   // By index: a handler may not register more, but keep iteration safe regardless.
-  for (std::size_t i = 0; i < c.plugins.messages.size(); ++i)
-    if (MessageData* d = c.plugins.messages[i].data) d->CoreMessage(id, bc);
+  for (std::size_t i = 0; i < plugins.messages.size(); ++i)
+    if (MessageData* d = plugins.messages[i].data) d->CoreMessage(id, bc);
 }
 
 

@@ -11,8 +11,8 @@ void fillHostTable(LONG apiVersion);
 // The host's own crash handler (the slot's initial value): prints the text to stderr.
 void defaultCrashHandler(char* info);
 
-class HostContext;
+class PluginRegistry;
 // Calls every message plug-in's CoreMessage with p1 under 'Mci1' and p2 under 'Mci2'.
-void deliverCoreMessage(HostContext& c, LONG id, VULONG p1, VULONG p2);
+void deliverCoreMessage(const PluginRegistry& plugins, LONG id, VULONG p1, VULONG p2);
 
 }  // namespace tvr::plr::embedded

@@ -32,4 +32,7 @@ class Journal {
   std::function<void(const JournalEntry&)> observer_;
 };
 
+// The running host's journal (null when no host runs).
+Journal* hostJournal();
+
 }  // namespace tvr::plr::embedded

@@ -55,4 +55,7 @@ class PluginRegistry {
   void clear();
 };
 
+// The running host's plug-ins (null when no host runs).
+PluginRegistry* hostPlugins();
+
 }  // namespace tvr::plr::embedded

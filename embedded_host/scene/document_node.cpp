@@ -2,7 +2,11 @@
 
 #include <sstream>
 
-#include "embedded_host/runtime/host_context.h"
+#include "embedded_host/runtime/console.h"
+#include "embedded_host/runtime/host_events.h"
+#include "embedded_host/runtime/journal.h"
+#include "embedded_host/runtime/plugin_registry.h"
+#include "embedded_host/scene/node_registry.h"
 #include "embedded_host/scene/scene_dump.h"
 #include "embedded_host/scene/track_node.h"
 
@@ -56,7 +60,6 @@ static std::string uniqueName(const HostNode* doc, const HostNode* op) {
 }
 
 void DocumentNode::insertObject(HostNode* op, HostNode* parent, HostNode* pred, bool checkNames) {
-  HostContext* c = context();
   if (!op || op->kind != NodeKind::Object || op->ownership == Ownership::Snapshot) return;
   if (refuseIfInserted(op, "InsertObject")) return;
   bool ok;
@@ -66,7 +69,7 @@ void DocumentNode::insertObject(HostNode* op, HostNode* parent, HostNode* pred, 
     ok = op->insertInto(parent, ListKind::Children, nullptr);
   else
     ok = op->insertInto(this, ListKind::Children, nullptr);
-  if (!ok && c) c->print("InsertObject refused: " + describeNode(op) + " cannot go under itself");
+  if (!ok) consolePrint("InsertObject refused: " + describeNode(op) + " cannot go under itself");
   if (ok && checkNames) op->name = String(uniqueName(this, op));
 }
 
@@ -122,15 +125,16 @@ static void writeTracks(HostNode* n, const BaseTime& time, LONG fps) {
 }
 
 bool DocumentNode::executePasses(BaseThread* bt, bool animation, bool expressions) {
-  HostContext* c = context();
-  if (!c) return false;
+  NodeRegistry* registry = nodeRegistry();
+  PluginRegistry* plugins = hostPlugins();
+  if (!registry || !plugins) return false;
   // Collected first: expressions may change the scene while they run.
   std::vector<std::uint64_t> objects;
   collectObjects(this, objects);
   const BaseTime time = settings.time;
   if (animation) {
     for (std::uint64_t m : objects) {
-      HostNode* n = c->registry.fromMarker(m);
+      HostNode* n = registry->fromMarker(m);
       if (!n || n->documentNode() != this) continue;
       writeTracks(n, time, settings.fps);
       for (HostNode* t = n->tags.first; t; t = t->next) writeTracks(t, time, settings.fps);
@@ -139,14 +143,14 @@ bool DocumentNode::executePasses(BaseThread* bt, bool animation, bool expression
   if (expressions) {
     auto* doc = static_cast<BaseDocument*>(iface());
     for (std::uint64_t m : objects) {
-      HostNode* n = c->registry.fromMarker(m);
+      HostNode* n = registry->fromMarker(m);
       if (!n || n->documentNode() != this) continue;
       std::vector<std::uint64_t> tagMarkers;
       for (HostNode* t = n->tags.first; t; t = t->next) tagMarkers.push_back(t->marker);
       for (std::uint64_t tm : tagMarkers) {
-        HostNode* t = c->registry.fromMarker(tm);
+        HostNode* t = registry->fromMarker(tm);
         if (!t || t->listOwner != n) continue;
-        const TagPlugin* p = c->plugins.tag(t->type);
+        const TagPlugin* p = plugins->tag(t->type);
         NodeData* d = t->nodeData();
         if (!p || !d || (p->info & TAG_EXPRESSION) == 0) continue;
         static_cast<TagData*>(d)->Execute(static_cast<BaseTag*>(t->iface()), doc, static_cast<BaseObject*>(n->iface()),
@@ -158,9 +162,9 @@ bool DocumentNode::executePasses(BaseThread* bt, bool animation, bool expression
 }
 
 void DocumentNode::ensureSceneHooks() {
-  HostContext* c = context();
-  if (!c) return;
-  for (const SceneHookPlugin& p : c->plugins.sceneHooks) {
+  PluginRegistry* plugins = hostPlugins();
+  if (!plugins) return;
+  for (const SceneHookPlugin& p : plugins->sceneHooks) {
     bool present = false;
     for (SceneHookImpl* h : hooks) present = present || h->type == p.id;
     if (present || !p.allocator) continue;
@@ -194,7 +198,7 @@ void DocumentImpl::InsertObject(BaseObject* op, BaseObject* parent, BaseObject* 
 }
 
 static void journal(const char* kind, const std::string& text) {
-  if (HostContext* c = context()) c->journal.add(kind, text);
+  if (Journal* j = hostJournal()) j->add(kind, text);
 }
 
 Bool DocumentImpl::StartUndo() {
@@ -212,14 +216,14 @@ Bool DocumentImpl::EndUndo() {
 Bool DocumentImpl::DoUndo(Bool multiple) {
   journal("DoUndo", multiple ? "multiple" : "single");
   const bool done = undo.undo(multiple);
-  if (HostContext* c = context()) c->eventPending = true;
+  postEvent();
   return done;
 }
 
 Bool DocumentImpl::DoRedo() {
   journal("DoRedo", "");
   const bool done = undo.redo();
-  if (HostContext* c = context()) c->eventPending = true;
+  postEvent();
   return done;
 }
 
@@ -233,18 +237,18 @@ Bool DocumentImpl::ExecutePasses(BaseThread* bt, Bool animation, Bool expression
 DocumentImpl* makeDocument() { return createNode<DocumentImpl>(); }
 
 LONG hostAddUndo(BaseDocument* doc, void* element, LONG type) {
-  HostContext* c = context();
-  if (!c) return 0;
+  Journal* j = hostJournal();
+  if (!j) return 0;
   HostNode* d = nodeOf(doc);
   HostNode* e = nodeOf(element);
   std::ostringstream s;
   s << type << " " << (e ? describeNode(e) : std::string(element ? "(unknown)" : "(null)"));
-  c->journal.add("AddUndo", s.str());
+  j->add("AddUndo", s.str());
   if (!d || d->kind != NodeKind::Document) return 0;
   std::string why;
   if (static_cast<DocumentNode*>(d)->undo.add(type, e, static_cast<DocumentNode*>(d), &why)) return 1;
   // Outside a group the host ignores records silently; anything else is a module's mistake.
-  if (static_cast<DocumentNode*>(d)->undo.isOpen()) c->journal.add("AddUndo refused", why);
+  if (static_cast<DocumentNode*>(d)->undo.isOpen()) j->add("AddUndo refused", why);
   return 0;
 }
 

@@ -26,6 +26,9 @@ class DocumentNode : public HostNode {
 
   HostNode* makeBlank() const override { return nullptr; }  // documents are not copied
   DocumentNode* ownDocument() const override { return const_cast<DocumentNode*>(this); }
+  bool takesObjects() const override { return true; }  // as top-level objects
+  const char* messageKind() const override { return "DocumentMessage"; }
+  const char* kindName() const override { return "document"; }
   void dumpOwn(DumpOut& out) const override;
   void releasePluginData() override;
 

@@ -3,9 +3,11 @@
 #include <sstream>
 #include <utility>
 
+#include "embedded_host/runtime/console.h"
+#include "embedded_host/runtime/journal.h"
 #include "embedded_host/scene/document_node.h"
-#include "embedded_host/runtime/host_context.h"
 #include "embedded_host/scene/node_memory.h"
+#include "embedded_host/scene/node_registry.h"
 #include "embedded_host/scene/scene_dump.h"
 #include "embedded_host/scene/undo_stack.h"
 
@@ -29,21 +31,21 @@ HostNode::~HostNode() {
     }
     list->first = list->last = nullptr;
   }
-  if (HostContext* c = context()) {
-    if (linkable) c->registry.dropLinkable(marker, this);
-    if (iface_) c->registry.removeAllocated(iface_);
+  if (NodeRegistry* r = nodeRegistry()) {
+    if (linkable) r->dropLinkable(marker, this);
+    if (iface_) r->removeAllocated(iface_);
   }
 }
 
 void HostNode::attach(BaseList2D* iface, bool makeLinkable) {
   iface_ = iface;
-  HostContext* c = context();
-  if (!c) return;
-  c->registry.addAllocated(iface_, this);
-  if (marker == 0) marker = c->registry.newMarker();
+  NodeRegistry* r = nodeRegistry();
+  if (!r) return;
+  r->addAllocated(iface_, this);
+  if (marker == 0) marker = r->newMarker();
   if (makeLinkable) {
     linkable = true;
-    c->registry.setLinkable(marker, this);
+    r->setLinkable(marker, this);
   }
 }
 
@@ -63,7 +65,7 @@ void HostNode::dumpOwn(DumpOut& out) const {
 }
 
 HostNode* HostNode::parentObject() const {
-  return listOwner && inList == ListKind::Children && listOwner->kind == NodeKind::Object ? listOwner : nullptr;
+  return listOwner && inList == ListKind::Children && listOwner->asObject() ? listOwner : nullptr;
 }
 
 DocumentNode* HostNode::documentNode() const {
@@ -90,10 +92,7 @@ NodeList* HostNode::ownList(ListKind k) {
 }
 
 static NodeList* listFor(HostNode* owner, ListKind k) {
-  if (k == ListKind::Documents) {
-    HostContext* c = context();
-    return c ? &c->documents : nullptr;
-  }
+  if (k == ListKind::Documents) return documentList();
   return owner ? owner->ownList(k) : nullptr;
 }
 
@@ -145,7 +144,7 @@ bool refuseIfInserted(const HostNode* n, const char* call) {
   if (!n || !n->inTree()) return false;
   // The host does not move a node that is still in a list: it would leave the old list
   // pointing at it. The caller removes it first.
-  if (HostContext* c = context()) c->print(std::string(call) + " refused: " + describeNode(n) + " is already inserted");
+  consolePrint(std::string(call) + " refused: " + describeNode(n) + " is already inserted");
   return true;
 }
 
@@ -160,18 +159,15 @@ void HostNode::insertRelative(GeListNode* other, int where) {
     insertInto(o->listOwner, o->inList, pred);
     return;
   }
-  // Under: objects go to children, tags under objects, tracks under anything that has them.
-  ListKind k = ListKind::Children;
-  if (kind == NodeKind::Tag) k = ListKind::Tags;
-  if (kind == NodeKind::Track) k = ListKind::Tracks;
-  if (kind == NodeKind::Object && o->kind != NodeKind::Object && o->kind != NodeKind::Document) return;
-  if (kind == NodeKind::Tag && o->kind != NodeKind::Object) return;
-  if (kind == NodeKind::Document || kind == NodeKind::SceneHook) return;
+  const ListKind k = listUnder(*o);
+  if (k == ListKind::None) return;
   if (where == 2)
     insertInto(o, k, nullptr);
   else
     insertLastInto(o, k);
 }
+
+ListKind HostNode::listUnder(const HostNode&) const { return ListKind::None; }
 
 static bool componentIndex(LONG id, int& index) {
   if (id < VECTOR_X || id > VECTOR_Z) return false;
@@ -228,23 +224,13 @@ bool HostNode::setParameter(const DescID& id, const GeData& value) {
 }
 
 bool HostNode::message(LONG id, void* payload) {
-  if (HostContext* c = context()) {
+  if (Journal* j = hostJournal()) {
     std::ostringstream s;
     s << describeNode(this) << " " << id;
-    c->journal.add(kind == NodeKind::Document ? "DocumentMessage" : "Message", s.str());
+    j->add(messageKind(), s.str());
   }
   if (NodeData* nd = nodeData()) return nd->Message(iface(), id, payload);
   return true;
-}
-
-bool HostNode::isInstanceOf(LONG t) const {
-  if (t == type) return true;
-  switch (kind) {
-    case NodeKind::Object: return t == Obase || (t == Opoint && (type == Opolygon || type == Ospline));
-    case NodeKind::Tag: return t == Tbase;
-    case NodeKind::Track: return t == CTbase;
-    default: return false;
-  }
 }
 
 CTrack* HostNode::firstTrack() const {
@@ -265,7 +251,7 @@ static bool descLess(const DescID& a, const DescID& b) {
 
 void HostNode::insertTrackSorted(CTrack* track) {
   HostNode* t = nodeOf(track);
-  if (!t || !t->animatedId() || t == this || kind == NodeKind::Track) return;
+  if (!t || !t->animatedId() || t == this || animatedId()) return;  // tracks hold no tracks
   if (refuseIfInserted(t, "InsertTrackSorted")) return;
   const DescID& id = *t->animatedId();
   HostNode* pred = nullptr;
@@ -302,12 +288,12 @@ HostNode* HostNode::deepCopy(bool withTags, bool withTracks, bool withChildren, 
 }
 
 void HostNode::setLinkable(bool on) {
-  HostContext* c = context();
-  if (c && on != linkable) {
+  NodeRegistry* r = nodeRegistry();
+  if (r && on != linkable) {
     if (on)
-      c->registry.setLinkable(marker, this);
+      r->setLinkable(marker, this);
     else
-      c->registry.dropLinkable(marker, this);
+      r->dropLinkable(marker, this);
   }
   linkable = on;
 }
@@ -339,29 +325,21 @@ std::vector<HostNode*> NodeRegistry::roots() const {
   for (const auto& e : allocated_) {
     HostNode* n = e.second;
     if (n->inList == ListKind::None && !n->listOwner && !n->holder && n->ownership == Ownership::Caller &&
-        n->kind != NodeKind::SceneHook)
+        !n->keptByDocument())
       out.push_back(n);
   }
   return out;
 }
 
 HostNode* nodeOf(const void* p) {
-  HostContext* c = context();
-  return c && p ? c->registry.fromPointer(p) : nullptr;
+  NodeRegistry* r = nodeRegistry();
+  return r && p ? r->fromPointer(p) : nullptr;
 }
 
 std::string describeNode(const HostNode* n) {
   if (!n) return "(null)";
-  const char* kind = "node";
-  switch (n->kind) {
-    case NodeKind::Object: kind = "object"; break;
-    case NodeKind::Tag: kind = "tag"; break;
-    case NodeKind::Track: kind = "track"; break;
-    case NodeKind::Document: kind = "document"; break;
-    case NodeKind::SceneHook: kind = "scenehook"; break;
-  }
   std::ostringstream s;
-  s << kind << ":" << n->type << " '" << n->name.ToStd() << "'";
+  s << n->kindName() << ":" << n->type << " '" << n->name.ToStd() << "'";
   return s.str();
 }
 

@@ -13,9 +13,13 @@ namespace tvr::plr::embedded {
 
 class HostNode;
 class DocumentNode;
+class ObjectNode;
 class UndoRecord;
 class DumpOut;
 
+// What a node is, for code that checks an SDK pointer it was handed (BaseObject::Free given a tag,
+// AddUndo given something other than a document). The node classes themselves answer what differs
+// by kind through virtual calls.
 enum class NodeKind { Object, Tag, Track, Document, SceneHook };
 enum class ListKind { None, Children, Tags, Tracks, Documents };
 // Who is responsible for freeing a node that is not in a list.
@@ -63,6 +67,13 @@ class HostNode {
 
   // SDK-level insertion relative to another node (InsertBefore/After/Under).
   void insertRelative(GeListNode* other, int where);  // 0 before, 1 after, 2 under first, 3 under last
+  // The list this node joins when inserted under owner; None refuses (each kind decides where it goes).
+  virtual ListKind listUnder(const HostNode& owner) const;
+  // Objects inserted under this node become its children (objects and documents).
+  virtual bool takesObjects() const { return false; }
+  // This node as an object; null for anything else.
+  virtual ObjectNode* asObject() { return nullptr; }
+  virtual const ObjectNode* asObject() const { return nullptr; }
 
   virtual bool getParameter(const DescID& id, GeData& out);
   virtual bool setParameter(const DescID& id, const GeData& value);
@@ -75,7 +86,14 @@ class HostNode {
   // Frees plug-in data (its code lives in a module); runs first in destruction.
   virtual void releasePluginData() {}
   virtual bool message(LONG id, void* data);
-  bool isInstanceOf(LONG t) const;
+  // The journal kind under which messages to this node are noted.
+  virtual const char* messageKind() const { return "Message"; }
+  // This node's type or one of the base types it counts as (Obase, Tbase, ...).
+  virtual bool isInstanceOf(LONG t) const { return t == type; }
+  // What the node is in journal lines: "object", "tag", ...
+  virtual const char* kindName() const { return "node"; }
+  // Kept by its document outside every list (scene hooks): never a free-standing node.
+  virtual bool keptByDocument() const { return false; }
 
   // Tracks.
   CTrack* firstTrack() const;
@@ -122,6 +140,9 @@ void destroyNode(HostNode* node);
 // SDK insertions of a node that is in a list already are refused with a console line naming
 // the call; true when refused.
 bool refuseIfInserted(const HostNode* n, const char* call);
+
+// The running host's list of documents (null when no host runs).
+NodeList* documentList();
 
 // The HostNode behind an SDK pointer made by this host; null for anything else.
 HostNode* nodeOf(const void* p);

@@ -2,7 +2,8 @@
 
 #include <unordered_set>
 
-#include "embedded_host/runtime/host_context.h"
+#include "embedded_host/scene/host_node.h"
+#include "embedded_host/scene/node_registry.h"
 
 namespace tvr::plr::embedded {
 
@@ -20,8 +21,8 @@ void LinkImpl::SetLink(BaseList2D* node) {
 }
 
 BaseList2D* LinkImpl::GetLink(const BaseDocument* doc, LONG instanceOf) const {
-  HostContext* c = context();
-  HostNode* n = c && marker ? c->registry.fromMarker(marker) : nullptr;
+  NodeRegistry* r = nodeRegistry();
+  HostNode* n = r && marker ? r->fromMarker(marker) : nullptr;
   if (!n) return nullptr;
   if (doc && n->documentIface() != doc) return nullptr;
   if (instanceOf != 0 && !n->isInstanceOf(instanceOf)) return nullptr;

@@ -42,4 +42,7 @@ class NodeRegistry {
   std::unordered_map<std::uint64_t, HostNode*> linkable_;
 };
 
+// The running host's registry (null when no host runs).
+NodeRegistry* nodeRegistry();
+
 }  // namespace tvr::plr::embedded

@@ -2,7 +2,7 @@
 
 #include <cmath>
 
-#include "embedded_host/runtime/host_context.h"
+#include "embedded_host/scene/node_makers.h"
 #include "embedded_host/scene/scene_dump.h"
 #include "embedded_host/scene/tag_node.h"
 
@@ -10,12 +10,12 @@ namespace tvr::plr::embedded {
 
 void ObjectNode::copyOwnFrom(const HostNode& src) {
   HostNode::copyOwnFrom(src);
-  if (src.kind == NodeKind::Object) state = static_cast<const ObjectNode&>(src).state;
+  if (const ObjectNode* o = src.asObject()) state = o->state;
 }
 
 void ObjectNode::swapOwnWith(HostNode& other) {
   HostNode::swapOwnWith(other);
-  if (other.kind == NodeKind::Object) std::swap(state, static_cast<ObjectNode&>(other).state);
+  if (ObjectNode* o = other.asObject()) std::swap(state, o->state);
 }
 
 void ObjectNode::dumpOwn(DumpOut& out) const {
@@ -30,8 +30,12 @@ void ObjectNode::dumpOwn(DumpOut& out) const {
 }
 
 HostNode* ObjectNode::makeBlank() const {
-  HostContext* c = context();
-  return c ? c->makeObject(type) : nullptr;
+  NodeMakers* m = nodeMakers();
+  return m ? m->makeObject(type) : nullptr;
+}
+
+ListKind ObjectNode::listUnder(const HostNode& owner) const {
+  return owner.takesObjects() ? ListKind::Children : ListKind::None;
 }
 
 static Vector* transformPart(ObjectState& s, LONG id) {
@@ -97,7 +101,7 @@ void ObjectNode::setLocalMatrix(const Matrix& m) {
 Matrix ObjectNode::globalMatrix() const {
   Matrix g = localMatrix();
   for (const HostNode* p = parentObject(); p; p = p->parentObject())
-    g = static_cast<const ObjectNode*>(p)->localMatrix() * g;
+    g = p->asObject()->localMatrix() * g;
   return g;
 }
 
@@ -107,7 +111,7 @@ void ObjectNode::setGlobalMatrix(const Matrix& m) {
     setLocalMatrix(m);
     return;
   }
-  setLocalMatrix(!static_cast<const ObjectNode*>(p)->globalMatrix() * m);
+  setLocalMatrix(!p->asObject()->globalMatrix() * m);
 }
 
 BaseObject* ObjectNode::cloneObject(LONG flags) const {
@@ -132,8 +136,8 @@ void ObjectNode::insertTag(BaseTag* tag, BaseTag* pred) {
 }
 
 BaseTag* ObjectNode::makeTag(LONG t, BaseTag* pred) {
-  HostContext* c = context();
-  HostNode* n = c ? c->makeTag(t, 0) : nullptr;
+  NodeMakers* m = nodeMakers();
+  HostNode* n = m ? m->makeTag(t, 0) : nullptr;
   if (!n) return nullptr;
   BaseTag* tag = static_cast<BaseTag*>(n->iface());
   insertTag(tag, pred);
@@ -145,15 +149,15 @@ void ObjectNode::killTag(LONG t, LONG nr) {
 }
 
 void registerPlainObjectKinds() {
-  HostContext* c = context();
-  if (!c) return;
-  c->objectMakers[Onull] = [](LONG type, LONG) -> HostNode* { return createNode<PlainObject>(type); };
-  c->objectMakers[Ocamera] = [](LONG type, LONG) -> HostNode* {
+  NodeMakers* m = nodeMakers();
+  if (!m) return;
+  m->addObject(Onull, [](LONG type, LONG) -> HostNode* { return createNode<PlainObject>(type); });
+  m->addObject(Ocamera, [](LONG type, LONG) -> HostNode* {
     PlainObject* cam = createNode<PlainObject>(type);
     cam->data.SetReal(CAMERAOBJECT_FOV, CAMERAOBJECT_FOV_DEFAULT);
     cam->data.SetReal(CAMERAOBJECT_APERTURE, CAMERAOBJECT_APERTURE_DEFAULT);
     return cam;
-  };
+  });
 }
 
 }  // namespace tvr::plr::embedded

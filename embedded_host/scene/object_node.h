@@ -25,6 +25,12 @@ class ObjectNode : public HostNode {
   HostNode* makeBlank() const override;
   bool getParameter(const DescID& id, GeData& out) override;
   bool setParameter(const DescID& id, const GeData& value) override;
+  ListKind listUnder(const HostNode& owner) const override;
+  bool takesObjects() const override { return true; }
+  ObjectNode* asObject() override { return this; }
+  const ObjectNode* asObject() const override { return this; }
+  bool isInstanceOf(LONG t) const override { return t == Obase || HostNode::isInstanceOf(t); }
+  const char* kindName() const override { return "object"; }
 
   Matrix localMatrix() const;
   void setLocalMatrix(const Matrix& m);

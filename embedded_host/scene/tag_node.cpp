@@ -1,12 +1,12 @@
 #include "embedded_host/scene/tag_node.h"
 
-#include "embedded_host/runtime/host_context.h"
+#include "embedded_host/scene/node_makers.h"
 
 namespace tvr::plr::embedded {
 
 HostNode* TagNode::makeBlank() const {
-  HostContext* c = context();
-  return c ? c->makeTag(type, 0) : nullptr;
+  NodeMakers* m = nodeMakers();
+  return m ? m->makeTag(type, 0) : nullptr;
 }
 
 void TagNode::copyOwnFrom(const HostNode& src) {
@@ -40,7 +40,7 @@ void TagNode::releasePluginData() {
 }
 
 BaseObject* TagNode::object() const {
-  return listOwner && inList == ListKind::Tags && listOwner->kind == NodeKind::Object
+  return listOwner && inList == ListKind::Tags && listOwner->asObject()
              ? static_cast<BaseObject*>(listOwner->iface())
              : nullptr;
 }

@@ -15,6 +15,12 @@ class TagNode : public HostNode {
   void swapOwnWith(HostNode& other) override;
   NodeData* nodeData() const override { return pluginData; }
   void releasePluginData() override;
+  // Tags go under objects only.
+  ListKind listUnder(const HostNode& owner) const override {
+    return owner.asObject() ? ListKind::Tags : ListKind::None;
+  }
+  bool isInstanceOf(LONG t) const override { return t == Tbase || HostNode::isInstanceOf(t); }
+  const char* kindName() const override { return "tag"; }
   BaseObject* object() const;
   BaseTag* cloneTag() const;
 
@@ -40,6 +46,8 @@ class SceneHookNode : public HostNode {
 
   HostNode* makeBlank() const override { return nullptr; }  // not copied
   DocumentNode* ownDocument() const override { return document; }
+  bool keptByDocument() const override { return true; }
+  const char* kindName() const override { return "scenehook"; }
   NodeData* nodeData() const override { return pluginData; }
   void releasePluginData() override;
 

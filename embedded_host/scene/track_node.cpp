@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <unordered_map>
 
-#include "embedded_host/runtime/host_context.h"
 #include "embedded_host/scene/scene_dump.h"
 
 namespace tvr::plr::embedded {

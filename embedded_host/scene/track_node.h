@@ -67,6 +67,10 @@ class TrackNode : public HostNode {
   void dumpOwn(DumpOut& out) const override;
   HostNode* makeBlank() const override;
   const DescID* animatedId() const override { return &descId; }
+  // Tracks go under anything that is asked to hold them.
+  ListKind listUnder(const HostNode&) const override { return ListKind::Tracks; }
+  bool isInstanceOf(LONG t) const override { return t == CTbase || HostNode::isInstanceOf(t); }
+  const char* kindName() const override { return "track"; }
   BaseList2D* owner() const { return listOwner && inList == ListKind::Tracks ? listOwner->iface() : nullptr; }
 
   DescID descId;

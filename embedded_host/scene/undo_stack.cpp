@@ -1,13 +1,13 @@
 #include "embedded_host/scene/undo_stack.h"
 
 #include "embedded_host/scene/document_node.h"
-#include "embedded_host/runtime/host_context.h"
+#include "embedded_host/scene/node_registry.h"
 
 namespace tvr::plr::embedded {
 
 static HostNode* byMarker(std::uint64_t m) {
-  HostContext* c = context();
-  return c && m ? c->registry.fromMarker(m) : nullptr;
+  NodeRegistry* r = nodeRegistry();
+  return r && m ? r->fromMarker(m) : nullptr;
 }
 
 static void collectSelected(HostNode* owner, std::vector<std::uint64_t>& out) {
