@@ -36,8 +36,8 @@ inline std::uint64_t loadBigEndian64(const void* p) {
     return kLittleEndianHost ? byteSwap64(v) : v;
 }
 
-inline void storeBigEndian64(void* p, std::uint64_t v) {
-    if (kLittleEndianHost) v = byteSwap64(v);
+inline void storeLittleEndian64(void* p, std::uint64_t v) {
+    if (!kLittleEndianHost) v = byteSwap64(v);
     std::memcpy(p, &v, 8);
 }
 
