@@ -41,6 +41,17 @@ void writeU32(Bytes& out, std::uint32_t v) {
 // list after every node of equal or smaller weight that follows them. Nodes
 // keep the index they were made with (leaves first, in table order); the last
 // one made is the root.
+int addInner(std::vector<Node>& nodes, int a, int b) {
+    Node inner;
+    inner.first = a;
+    inner.second = b;
+    inner.weight = nodes[static_cast<std::size_t>(a)].weight + nodes[static_cast<std::size_t>(b)].weight;
+    const int id = static_cast<int>(nodes.size());
+    nodes.push_back(inner);
+    nodes[static_cast<std::size_t>(a)].parent = nodes[static_cast<std::size_t>(b)].parent = id;
+    return id;
+}
+
 std::vector<Node> buildTree(const std::vector<TableEntry>& table) {
     std::vector<Node> nodes;
     nodes.reserve(table.size() * 2);
@@ -52,6 +63,26 @@ std::vector<Node> buildTree(const std::vector<TableEntry>& table) {
         sorted = sorted && (nodes.empty() || nodes.back().weight <= leaf.weight);
         nodes.push_back(leaf);
     }
+    if (sorted) {
+        // A list that starts in order takes every new inner node behind all the
+        // nodes left, as sums of the two lightest never decrease, and behind
+        // leaves of equal weight: the list is then the merge of the leaves and
+        // the inner nodes in the order they were made, a leaf first on a tie.
+        const std::size_t leaves = nodes.size();
+        std::size_t leaf = 0;
+        std::size_t inner = leaves;
+        auto take = [&]() {
+            if (leaf < leaves && (inner == nodes.size() || nodes[leaf].weight <= nodes[inner].weight))
+                return static_cast<int>(leaf++);
+            return static_cast<int>(inner++);
+        };
+        while ((leaves - leaf) + (nodes.size() - inner) >= 2) {
+            const int a = take();
+            const int b = take();
+            addInner(nodes, a, b);
+        }
+        return nodes;
+    }
     std::vector<int> list(nodes.size());
     for (std::size_t k = 0; k < list.size(); ++k) list[k] = static_cast<int>(k);
     auto weightOf = [&nodes](int id) { return nodes[static_cast<std::size_t>(id)].weight; };
@@ -59,22 +90,9 @@ std::vector<Node> buildTree(const std::vector<TableEntry>& table) {
         const int a = list[i];
         const int b = list[i + 1];
         const std::uint64_t w = weightOf(a) + weightOf(b);
-        // In a list that starts in order the rest stays in order, so the first
-        // heavier node can be found by halving.
         auto j = list.begin() + static_cast<std::ptrdiff_t>(i + 2);
-        if (sorted) {
-            j = std::upper_bound(j, list.end(), w, [&](std::uint64_t v, int id) { return v < weightOf(id); });
-        } else {
-            while (j != list.end() && weightOf(*j) <= w) ++j;
-        }
-        Node inner;
-        inner.first = a;
-        inner.second = b;
-        inner.weight = w;
-        const int id = static_cast<int>(nodes.size());
-        nodes.push_back(inner);
-        nodes[static_cast<std::size_t>(a)].parent = nodes[static_cast<std::size_t>(b)].parent = id;
-        list.insert(j, id);
+        while (j != list.end() && weightOf(*j) <= w) ++j;
+        list.insert(j, addInner(nodes, a, b));
     }
     return nodes;
 }
@@ -97,25 +115,40 @@ unsigned buildLookup(const std::vector<Node>& nodes, std::uint32_t* table) {
     unsigned minDepth = std::numeric_limits<unsigned>::max();
     struct Item {
         int node;
-        unsigned depth;
         std::uint32_t code;
     };
-    Item work[kLookupBits * 2 + 2];
-    std::size_t top = 0;
-    work[top++] = {static_cast<int>(nodes.size()) - 1, 0, 0};
-    while (top > 0) {
-        const Item item = work[--top];
-        const Node& n = nodes[static_cast<std::size_t>(item.node)];
-        if (n.isLeaf()) {
-            minDepth = std::min(minDepth, item.depth);
-            const std::uint32_t entry = static_cast<std::uint32_t>(n.symbol) << 16 | kLeaf | item.depth;
-            for (std::size_t p = item.code; p < kLookupSize; p += std::size_t{1} << item.depth) table[p] = entry;
-        } else if (item.depth == kLookupBits) {
-            table[item.code] = static_cast<std::uint32_t>(item.node) << 16 | kLookupBits;
-        } else {
-            work[top++] = {n.first, item.depth + 1, item.code};
-            work[top++] = {n.second, item.depth + 1, item.code | (1u << item.depth)};
+    // Level by level: once the inner nodes of depth d - 1 are known, the first
+    // 2^d entries are right for every code of d bits. Doubling the table
+    // repeats the shorter codes into the new top bit; the children of each
+    // inner node then overwrite the two entries under its code.
+    // At most 255 inner nodes in a tree of 256 leaves.
+    Item buffers[2][256];
+    Item* level = buffers[0];
+    Item* next = buffers[1];
+    std::size_t levelSize = 1;
+    level[0] = {static_cast<int>(nodes.size()) - 1, 0};
+    for (unsigned depth = 1; depth <= kLookupBits; ++depth) {
+        const std::size_t half = std::size_t{1} << (depth - 1);
+        if (depth > 1) std::memcpy(table + half, table, half * sizeof *table);
+        std::size_t nextSize = 0;
+        for (std::size_t k = 0; k < levelSize; ++k) {
+            const Item& item = level[k];
+            const Node& n = nodes[static_cast<std::size_t>(item.node)];
+            const Item children[2] = {{n.first, item.code}, {n.second, item.code | static_cast<std::uint32_t>(half)}};
+            for (const Item& child : children) {
+                const Node& c = nodes[static_cast<std::size_t>(child.node)];
+                if (c.isLeaf()) {
+                    minDepth = std::min(minDepth, depth);
+                    table[child.code] = static_cast<std::uint32_t>(c.symbol) << 16 | kLeaf | depth;
+                } else if (depth == kLookupBits) {
+                    table[child.code] = static_cast<std::uint32_t>(child.node) << 16 | kLookupBits;
+                } else {
+                    next[nextSize++] = child;
+                }
+            }
         }
+        std::swap(level, next);
+        levelSize = nextSize;
     }
     return minDepth;
 }
