@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 #include <limits>
+#include <memory>
 #include <cstring>
 #include <stdexcept>
 #include <utility>
@@ -179,23 +180,80 @@ std::vector<std::uint64_t> buildMultiLookup(const std::uint32_t* single) {
     return table;
 }
 
-// Bits of the input, lowest bit of each byte first.
+// Where a reader stands: the bits taken from the input but not yet used, and
+// where its symbols go. Plain data, so that the fast loops keep it in
+// registers.
+struct Cursor {
+    std::uint64_t buffer = 0;
+    unsigned count = 0;
+    // Next input byte to take into the buffer.
+    std::size_t pos = 0;
+    std::uint8_t* out = nullptr;
+
+    // Bits used so far.
+    std::size_t bit() const { return pos * 8 - count; }
+};
+
+// Whole-word refill, possible while eight bytes remain. Leaves at least 56
+// bits. Bits above the counted ones are the next bytes at their own places, so
+// or-ing them in again later changes nothing.
+inline void refillWhole(const std::uint8_t* data, Cursor& c) {
+    c.buffer |= util::loadLittleEndian64(data + c.pos) << c.count;
+    c.pos += (63 - c.count) >> 3;
+    c.count |= 56;
+}
+
+// One whole-word refill and four multi-symbol lookups; needs eight input bytes
+// and 24 output places (each entry is stored as eight bytes, so `out` needs two
+// places of room past the end). False in front of a long code, the symbols
+// before it taken.
+inline bool manyRound(const std::uint8_t* data, const std::uint64_t* multi, Cursor& c) {
+    refillWhole(data, c);
+    for (int k = 0; k < 4; ++k) {
+        const std::uint64_t e = multi[c.buffer & (kMultiSize - 1)];
+        const unsigned n = (e >> 8) & 0xFF;
+        if (n == 0) return false;
+        const std::uint64_t symbols = e >> 16;
+        std::memcpy(c.out, &symbols, 8);
+        c.out += n;
+        // The shift takes the low six bits alone: the bits used.
+        c.buffer >>= (e & 63);
+        c.count -= static_cast<unsigned>(e & 63);
+    }
+    return true;
+}
+
+// One whole-word refill and five single-symbol lookups; needs eight input
+// bytes and five output places. False in front of a long code.
+inline bool singlesRound(const std::uint8_t* data, const std::uint32_t* lookup, Cursor& c) {
+    refillWhole(data, c);
+    for (int k = 0; k < 5; ++k) {
+        const std::uint32_t e = lookup[c.buffer & (kLookupSize - 1)];
+        if (!(e & kLeaf)) return false;
+        *c.out++ = static_cast<std::uint8_t>(lookupValueOf(e));
+        c.buffer >>= lookupBitsOf(e);
+        c.count -= lookupBitsOf(e);
+    }
+    return true;
+}
+
+// Bits of the input, lowest bit of each byte first, for the careful paths.
 class BitReader {
 public:
-    BitReader(const std::uint8_t* data, std::size_t size) : data_(data), size_(size) {}
+    BitReader(const std::uint8_t* data, std::size_t size, const Cursor& at)
+        : data_(data), size_(size), pos_(at.pos), buffer_(at.buffer), count_(at.count) {}
 
-    // Whole-word refill: possible while eight bytes remain. Leaves at least 56
-    // bits. Bits above the counted ones are the next bytes at their own
-    // places, so or-ing them in again later changes nothing.
-    bool canRefillWhole() const { return pos_ + 8 <= size_; }
-    void refillWhole() {
-        buffer_ |= util::loadLittleEndian64(data_ + pos_) << count_;
-        pos_ += (63 - count_) >> 3;
-        count_ |= 56;
+    void saveTo(Cursor& c) const {
+        c.buffer = buffer_;
+        c.count = count_;
+        c.pos = pos_;
     }
+
     void refill() {
-        if (canRefillWhole()) {
-            refillWhole();
+        if (pos_ + 8 <= size_) {
+            buffer_ |= util::loadLittleEndian64(data_ + pos_) << count_;
+            pos_ += (63 - count_) >> 3;
+            count_ |= 56;
         } else {
             while (count_ <= 56 && pos_ < size_) {
                 buffer_ |= static_cast<std::uint64_t>(data_[pos_++]) << count_;
@@ -206,67 +264,9 @@ public:
     unsigned count() const { return count_; }
     std::uint64_t peek() const { return buffer_; }
 
-    // Symbols through the multi-symbol lookup, four lookups from each whole-word
-    // refill, while eight input bytes and 24 output places remain (each entry
-    // is stored as eight bytes, so `out` needs two places of room past `end`).
-    // Stops early in front of a long code. Answers the new `out`.
-    std::uint8_t* decodeMany(const std::uint64_t* multi, std::uint8_t* out, const std::uint8_t* end) {
-        // Locals, so that the loop keeps them in registers.
-        std::uint64_t buffer = buffer_;
-        unsigned count = count_;
-        std::size_t pos = pos_;
-        while (end - out >= 24 && pos + 8 <= size_) {
-            buffer |= util::loadLittleEndian64(data_ + pos) << count;
-            pos += (63 - count) >> 3;
-            count |= 56;
-            for (int k = 0; k < 4; ++k) {
-                const std::uint64_t e = multi[buffer & (kMultiSize - 1)];
-                const unsigned n = (e >> 8) & 0xFF;
-                if (n == 0) goto done;
-                const std::uint64_t symbols = e >> 16;
-                std::memcpy(out, &symbols, 8);
-                out += n;
-                // The shift takes the low six bits alone: the bits used.
-                buffer >>= (e & 63);
-                count -= static_cast<unsigned>(e & 63);
-            }
-        }
-    done:
-        buffer_ = buffer;
-        count_ = count;
-        pos_ = pos;
-        return out;
-    }
-
     void consume(unsigned n) {
         buffer_ >>= n;
         count_ -= n;
-    }
-
-    // Symbols through the single-symbol lookup, five from each whole-word
-    // refill, while eight input bytes and five output places remain. Stops
-    // early in front of a long code. Answers the new `out`.
-    std::uint8_t* decodeSingles(const std::uint32_t* lookup, std::uint8_t* out, const std::uint8_t* end) {
-        std::uint64_t buffer = buffer_;
-        unsigned count = count_;
-        std::size_t pos = pos_;
-        while (end - out >= 5 && pos + 8 <= size_) {
-            buffer |= util::loadLittleEndian64(data_ + pos) << count;
-            pos += (63 - count) >> 3;
-            count |= 56;
-            for (int k = 0; k < 5; ++k) {
-                const std::uint32_t e = lookup[buffer & (kLookupSize - 1)];
-                if (!(e & kLeaf)) goto done;
-                *out++ = static_cast<std::uint8_t>(lookupValueOf(e));
-                buffer >>= lookupBitsOf(e);
-                count -= lookupBitsOf(e);
-            }
-        }
-    done:
-        buffer_ = buffer;
-        count_ = count;
-        pos_ = pos;
-        return out;
     }
 
     // Next bit, or -1 when the input is used up.
@@ -283,9 +283,9 @@ public:
 private:
     const std::uint8_t* data_;
     std::size_t size_;
-    std::size_t pos_ = 0;
-    std::uint64_t buffer_ = 0;
-    unsigned count_ = 0;
+    std::size_t pos_;
+    std::uint64_t buffer_;
+    unsigned count_;
 };
 
 // Walks from `node` to a leaf one bit at a time; -1 when the bits run out.
@@ -318,6 +318,100 @@ int decodeOne(const std::vector<Node>& nodes, const std::uint32_t* lookup, BitRe
 
 // Output at least this long is worth building the multi-symbol lookup for.
 constexpr std::size_t kMultiLookupFrom = 64 << 10;
+// Code of at least this many bytes is read from both ends of its halves at once.
+constexpr std::size_t kHalvesFrom = 256;
+// Places where the second half's reader stood, kept for meeting the first.
+constexpr std::size_t kMarks = 64;
+
+// The code bits and the tables for them.
+struct Code {
+    const std::uint8_t* data;
+    std::size_t size;
+    const std::vector<Node>& nodes;
+    const std::uint32_t* lookup;
+
+    bool canRound(const Cursor& c) const { return c.pos + 8 <= size; }
+
+    // One symbol taken with care, for long codes and the end of the input.
+    // False, the cursor left where it was, when the bits run out. Works on a
+    // copy so that the fast loops can keep their cursors in registers.
+    bool one(Cursor& c, bool bitByBit) const {
+        Cursor at = c;
+        BitReader bits(data, size, at);
+        const int symbol =
+            bitByBit ? walk(nodes, static_cast<int>(nodes.size()) - 1, bits) : decodeOne(nodes, lookup, bits);
+        if (symbol < 0) return false;
+        bits.saveTo(at);
+        *at.out++ = static_cast<std::uint8_t>(symbol);
+        c = at;
+        return true;
+    }
+
+    // Rounds while input and `room` output places remain, a careful symbol in
+    // front of each long code. False when the bits run out.
+    template <class Round>
+    bool rounds(Round round, std::ptrdiff_t room, Cursor& c, const std::uint8_t* end) const {
+        while (end - c.out >= room && canRound(c))
+            if (!round(c) && !one(c, false)) return false;
+        return true;
+    }
+
+    // A code's symbols come one after another, each lookup waiting for the one
+    // before it. A second reader starting in the middle of the code runs beside
+    // the first, its symbols kept aside: a prefix code finds its step again
+    // within a few symbols, so when the first reader reaches the middle and
+    // stands exactly where the second stood, everything the second read from
+    // there on is what the first would read. The first then takes the second's
+    // symbols and place; if they never meet, the second's work is dropped.
+    // Either way `a` ends where a single reader would be. False when the bits
+    // run out (before the middle, as for a single reader).
+    template <class Round>
+    bool halves(Round round, std::ptrdiff_t room, Cursor& a, const std::uint8_t* end, std::size_t length) const {
+        const std::size_t mid = size / 2;
+        const std::size_t midBit = mid * 8;
+        // Every symbol takes at least a bit; more than half and a bit of the
+        // output is not expected from the second half.
+        const std::size_t capacity =
+            std::min({length, (size - mid) * 8, length / 2 + length / 8}) + static_cast<std::size_t>(room) + 8;
+        const std::unique_ptr<std::uint8_t[]> aside(new std::uint8_t[capacity]);
+        const std::uint8_t* const asideEnd = aside.get() + capacity - 8;
+        Cursor b;
+        b.pos = mid;
+        b.out = aside.get();
+        struct Mark {
+            std::size_t bit;
+            std::size_t produced;
+        };
+        Mark marks[kMarks];
+        std::size_t markCount = 0;
+        marks[markCount++] = {midBit, 0};
+        while (a.bit() + 64 <= midBit && end - a.out >= room && canRound(a) && asideEnd - b.out >= room &&
+               canRound(b)) {
+            if (!round(a) && !one(a, false)) return false;
+            if (!round(b) && !one(b, false)) break;
+            if (markCount < kMarks) marks[markCount++] = {b.bit(), static_cast<std::size_t>(b.out - aside.get())};
+        }
+        while (a.bit() + 64 <= midBit && end - a.out >= room && canRound(a))
+            if (!round(a) && !one(a, false)) return false;
+        // Symbol by symbol onto a place where the second reader stood.
+        std::size_t k = 0;
+        for (;;) {
+            if (a.out == end) return true;
+            const std::size_t at = a.bit();
+            while (k < markCount && marks[k].bit < at) ++k;
+            if (k == markCount) return true;
+            if (marks[k].bit == at) break;
+            if (!one(a, false)) return false;
+        }
+        const std::size_t from = marks[k].produced;
+        const auto taken =
+            std::min(static_cast<std::size_t>(b.out - aside.get()) - from, static_cast<std::size_t>(end - a.out));
+        std::memcpy(a.out, aside.get() + from, taken);
+        b.out = a.out + taken;
+        a = b;
+        return true;
+    }
+};
 
 }  // namespace
 
@@ -380,34 +474,25 @@ DecompressResult decompress(const std::uint8_t* data, std::size_t size, const De
     // Room for the fast path's eight-byte stores past the last symbol; taken
     // off again at the end.
     result.bytes.resize(length + 8);
-    std::uint8_t* out = result.bytes.data();
-    std::uint8_t* const end = out + length;
-    BitReader bits(data + tableEnd, size - tableEnd);
+    Cursor c;
+    c.out = result.bytes.data();
+    std::uint8_t* const end = c.out + length;
+    const Code code{data + tableEnd, size - tableEnd, nodes, lookup};
     bool ok = true;
-    // One careful symbol, for long codes and the last few bytes of input.
-    auto one = [&]() {
-        const int symbol =
-            options.bitByBit ? walk(nodes, static_cast<int>(nodes.size()) - 1, bits) : decodeOne(nodes, lookup, bits);
-        ok = symbol >= 0;
-        if (ok) *out++ = static_cast<std::uint8_t>(symbol);
-    };
     if (!options.bitByBit) {
+        const std::uint8_t* const bits = code.data;
+        auto singles = [bits, &lookup](Cursor& at) { return singlesRound(bits, lookup, at); };
         if (length >= kMultiLookupFrom) {
             const std::vector<std::uint64_t> multi = buildMultiLookup(lookup);
-            for (;;) {
-                out = bits.decodeMany(multi.data(), out, end);
-                if (end - out < 24 || !bits.canRefillWhole()) break;
-                one();
-                if (!ok) break;
-            }
+            auto many = [bits, table = multi.data()](Cursor& at) { return manyRound(bits, table, at); };
+            ok = code.halves(many, 24, c, end, length) && code.rounds(many, 24, c, end);
+        } else if (code.size >= kHalvesFrom) {
+            ok = code.halves(singles, 5, c, end, length);
         }
-        while (ok) {
-            out = bits.decodeSingles(lookup, out, end);
-            if (end - out < 5 || !bits.canRefillWhole()) break;
-            one();
-        }
+        ok = ok && code.rounds(singles, 5, c, end);
     }
-    while (ok && out != end) one();
+    while (ok && c.out != end) ok = code.one(c, options.bitByBit);
+    std::uint8_t* const out = c.out;
     if (!ok) {
         const std::size_t produced = static_cast<std::size_t>(out - result.bytes.data());
         result.error =
