@@ -100,14 +100,16 @@ std::vector<Node> buildTree(const std::vector<TableEntry>& table) {
 
 // Lookup over the next kLookupBits bits: either the leaf reached within them
 // and the bits it took, or the inner node reached after all of them. An entry
-// holds the bits taken in its low byte, 1 in the next for a leaf, and the
-// symbol or node index in the high half.
+// holds the bits taken in its low byte; a leaf's has its top bit set and the
+// symbol in the next byte (stored from there in one move), an inner node's has
+// the node index in the high half.
 constexpr unsigned kLookupBits = 11;
 constexpr std::size_t kLookupSize = std::size_t{1} << kLookupBits;
-constexpr std::uint32_t kLeaf = 0x100;
+constexpr std::uint32_t kLeaf = 0x80000000u;
 
 std::uint32_t lookupBitsOf(std::uint32_t entry) { return entry & 0xFF; }
-std::uint32_t lookupValueOf(std::uint32_t entry) { return entry >> 16; }
+std::uint32_t leafSymbolOf(std::uint32_t entry) { return (entry >> 8) & 0xFF; }
+std::uint32_t innerNodeOf(std::uint32_t entry) { return entry >> 16; }
 
 // The single-symbol lookup, filled from the tree; also answers the depth of
 // the shallowest leaf, which is always within the lookup: a tree of at most
@@ -140,7 +142,7 @@ unsigned buildLookup(const std::vector<Node>& nodes, std::uint32_t* table) {
                 const Node& c = nodes[static_cast<std::size_t>(child.node)];
                 if (c.isLeaf()) {
                     minDepth = std::min(minDepth, depth);
-                    table[child.code] = static_cast<std::uint32_t>(c.symbol) << 16 | kLeaf | depth;
+                    table[child.code] = kLeaf | static_cast<std::uint32_t>(c.symbol) << 8 | depth;
                 } else if (depth == kLookupBits) {
                     table[child.code] = static_cast<std::uint32_t>(child.node) << 16 | kLookupBits;
                 } else {
@@ -157,7 +159,7 @@ unsigned buildLookup(const std::vector<Node>& nodes, std::uint32_t* table) {
 // Several symbols per lookup over the next kMultiBits bits: every symbol
 // whose whole code lies within them, up to six. Byte 0 holds the bits they
 // take, byte 1 their number, bytes 2..7 the symbols. An entry with no symbols
-// stands for a code longer than the single-symbol lookup.
+// stands for a code longer than the single-symbol lookup and uses no bits.
 constexpr unsigned kMultiBits = 12;
 constexpr std::size_t kMultiSize = std::size_t{1} << kMultiBits;
 
@@ -172,7 +174,7 @@ std::vector<std::uint64_t> buildMultiLookup(const std::uint32_t* single) {
             // as zeros: right as long as its code fits within the known bits.
             const std::uint32_t e = single[(i >> used) & (kLookupSize - 1)];
             if (!(e & kLeaf) || used + lookupBitsOf(e) > kMultiBits) break;
-            symbols |= std::uint64_t{lookupValueOf(e)} << (16 + 8 * count++);
+            symbols |= std::uint64_t{leafSymbolOf(e)} << (16 + 8 * count++);
             used += lookupBitsOf(e);
         }
         table[i] = symbols | count << 8 | used;
@@ -209,18 +211,20 @@ inline void refillWhole(const std::uint8_t* data, Cursor& c) {
 // before it taken.
 inline bool manyRound(const std::uint8_t* data, const std::uint64_t* multi, Cursor& c) {
     refillWhole(data, c);
+    std::uint64_t e = 0;
     for (int k = 0; k < 4; ++k) {
-        const std::uint64_t e = multi[c.buffer & (kMultiSize - 1)];
-        const unsigned n = (e >> 8) & 0xFF;
-        if (n == 0) return false;
+        // An entry for a long code holds no symbols and uses no bits: the
+        // lookups after it repeat it and change nothing, so one check at the
+        // end does for all four.
+        e = multi[c.buffer & (kMultiSize - 1)];
         const std::uint64_t symbols = e >> 16;
         std::memcpy(c.out, &symbols, 8);
-        c.out += n;
+        c.out += (e >> 8) & 0xFF;
         // The shift takes the low six bits alone: the bits used.
         c.buffer >>= (e & 63);
         c.count -= static_cast<unsigned>(e & 63);
     }
-    return true;
+    return (e & 0xFF00) != 0;
 }
 
 // One whole-word refill and five single-symbol lookups; needs eight input
@@ -230,7 +234,7 @@ inline bool singlesRound(const std::uint8_t* data, const std::uint32_t* lookup, 
     for (int k = 0; k < 5; ++k) {
         const std::uint32_t e = lookup[c.buffer & (kLookupSize - 1)];
         if (!(e & kLeaf)) return false;
-        *c.out++ = static_cast<std::uint8_t>(lookupValueOf(e));
+        *c.out++ = static_cast<std::uint8_t>(leafSymbolOf(e));
         c.buffer >>= lookupBitsOf(e);
         c.count -= lookupBitsOf(e);
     }
@@ -306,11 +310,11 @@ int decodeOne(const std::vector<Node>& nodes, const std::uint32_t* lookup, BitRe
     const std::uint32_t entry = lookup[bits.peek() & (kLookupSize - 1)];
     if ((entry & kLeaf) && lookupBitsOf(entry) <= bits.count()) {
         bits.consume(lookupBitsOf(entry));
-        return static_cast<int>(lookupValueOf(entry));
+        return static_cast<int>(leafSymbolOf(entry));
     }
     // A code longer than the lookup, or the last few bits of the input.
     if (!(entry & kLeaf) && bits.count() >= kLookupBits) {
-        node = static_cast<int>(lookupValueOf(entry));
+        node = static_cast<int>(innerNodeOf(entry));
         bits.consume(kLookupBits);
     }
     return walk(nodes, node, bits);
@@ -333,27 +337,46 @@ struct Code {
     bool canRound(const Cursor& c) const { return c.pos + 8 <= size; }
 
     // One symbol taken with care, for long codes and the end of the input.
-    // False, the cursor left where it was, when the bits run out. Works on a
-    // copy so that the fast loops can keep their cursors in registers.
+    // False, the cursor left where it was, when the bits run out.
     bool one(Cursor& c, bool bitByBit) const {
-        Cursor at = c;
-        BitReader bits(data, size, at);
+        BitReader bits(data, size, c);
         const int symbol =
             bitByBit ? walk(nodes, static_cast<int>(nodes.size()) - 1, bits) : decodeOne(nodes, lookup, bits);
         if (symbol < 0) return false;
-        bits.saveTo(at);
-        *at.out++ = static_cast<std::uint8_t>(symbol);
-        c = at;
+        bits.saveTo(c);
+        *c.out++ = static_cast<std::uint8_t>(symbol);
         return true;
+    }
+
+    // The same for the fast loops, on a copy handed back: their cursors never
+    // have their address taken, so they stay in registers.
+    Cursor careful(Cursor c, bool& ok) const {
+        ok = one(c, false);
+        return c;
+    }
+
+    // How many rounds can run before input or output might run short: a round
+    // takes at most seven bytes into the buffer and writes at most `room`
+    // places.
+    std::size_t roundsLeft(const Cursor& c, const std::uint8_t* end, std::ptrdiff_t room) const {
+        if (c.pos + 8 > size || end - c.out < room) return 0;
+        return std::min((size - 8 - c.pos) / 7, static_cast<std::size_t>((end - c.out - room) / room)) + 1;
     }
 
     // Rounds while input and `room` output places remain, a careful symbol in
     // front of each long code. False when the bits run out.
     template <class Round>
-    bool rounds(Round round, std::ptrdiff_t room, Cursor& c, const std::uint8_t* end) const {
-        while (end - c.out >= room && canRound(c))
-            if (!round(c) && !one(c, false)) return false;
-        return true;
+    bool rounds(Round round, std::ptrdiff_t room, Cursor& at, const std::uint8_t* end) const {
+        Cursor c = at;  // a local whose address is never taken: kept in registers
+        bool ok = true;
+        for (std::size_t n; ok && (n = roundsLeft(c, end, room)) > 0;) {
+            while (n-- > 0 && round(c)) {}
+            // A long code ahead, or the batch done: a careful symbol where it
+            // is needed, then counted again.
+            if (n != static_cast<std::size_t>(-1)) c = careful(c, ok);
+        }
+        at = c;
+        return ok;
     }
 
     // A code's symbols come one after another, each lookup waiting for the one
@@ -366,7 +389,8 @@ struct Code {
     // Either way `a` ends where a single reader would be. False when the bits
     // run out (before the middle, as for a single reader).
     template <class Round>
-    bool halves(Round round, std::ptrdiff_t room, Cursor& a, const std::uint8_t* end, std::size_t length) const {
+    bool halves(Round round, std::ptrdiff_t room, Cursor& at, const std::uint8_t* end, std::size_t length) const {
+        Cursor a = at;  // a local whose address is never taken: kept in registers
         const std::size_t mid = size / 2;
         const std::size_t midBit = mid * 8;
         // Every symbol takes at least a bit; more than half and a bit of the
@@ -385,30 +409,69 @@ struct Code {
         Mark marks[kMarks];
         std::size_t markCount = 0;
         marks[markCount++] = {midBit, 0};
-        while (a.bit() + 64 <= midBit && end - a.out >= room && canRound(a) && asideEnd - b.out >= room &&
-               canRound(b)) {
-            if (!round(a) && !one(a, false)) return false;
-            if (!round(b) && !one(b, false)) break;
-            if (markCount < kMarks) marks[markCount++] = {b.bit(), static_cast<std::size_t>(b.out - aside.get())};
+        // Each round uses at most 56 bits; the first reader stops at least 64
+        // bits short of the middle.
+        auto roundsToMiddle = [midBit](const Cursor& c) {
+            return c.bit() + 64 <= midBit ? (midBit - 64 - c.bit()) / 56 + 1 : 0;
+        };
+        for (;;) {
+            std::size_t n = std::min({roundsToMiddle(a), roundsLeft(a, end, room), roundsLeft(b, asideEnd, room)});
+            if (n == 0) break;
+            bool stopped = false;
+            while (n-- > 0) {
+                const bool aOn = round(a);
+                const bool bOn = round(b);
+                if (markCount < kMarks) marks[markCount++] = {b.bit(), static_cast<std::size_t>(b.out - aside.get())};
+                if (!aOn || !bOn) {
+                    bool ok = true;
+                    if (!aOn) a = careful(a, ok);
+                    if (!ok) {
+                        at = a;
+                        return false;
+                    }
+                    if (!bOn) b = careful(b, ok);
+                    stopped = !ok;
+                    break;
+                }
+            }
+            if (stopped) break;
         }
-        while (a.bit() + 64 <= midBit && end - a.out >= room && canRound(a))
-            if (!round(a) && !one(a, false)) return false;
+        for (std::size_t n; (n = std::min(roundsToMiddle(a), roundsLeft(a, end, room))) > 0;) {
+            while (n-- > 0 && round(a)) {}
+            bool ok = true;
+            if (n != static_cast<std::size_t>(-1)) a = careful(a, ok);
+            if (!ok) {
+                at = a;
+                return false;
+            }
+        }
         // Symbol by symbol onto a place where the second reader stood.
         std::size_t k = 0;
         for (;;) {
-            if (a.out == end) return true;
-            const std::size_t at = a.bit();
-            while (k < markCount && marks[k].bit < at) ++k;
-            if (k == markCount) return true;
-            if (marks[k].bit == at) break;
-            if (!one(a, false)) return false;
+            if (a.out == end) {
+                at = a;
+                return true;
+            }
+            const std::size_t here = a.bit();
+            while (k < markCount && marks[k].bit < here) ++k;
+            if (k == markCount) {
+                at = a;
+                return true;
+            }
+            if (marks[k].bit == here) break;
+            bool ok = true;
+            a = careful(a, ok);
+            if (!ok) {
+                at = a;
+                return false;
+            }
         }
         const std::size_t from = marks[k].produced;
         const auto taken =
             std::min(static_cast<std::size_t>(b.out - aside.get()) - from, static_cast<std::size_t>(end - a.out));
         std::memcpy(a.out, aside.get() + from, taken);
         b.out = a.out + taken;
-        a = b;
+        at = b;
         return true;
     }
 };

@@ -195,3 +195,35 @@ TEST(CompressedState, AgreesWithPlainDecoderOnRandomStreams) {
         check(in + bits);
     }
 }
+
+// Long code is read from its two halves at once, the second half's symbols kept
+// only where the first reader reaches a place the second stood. Codes of one
+// length that does not divide the middle's bit offset never meet there; long
+// codes on either side and cuts anywhere must change nothing either.
+TEST(CompressedState, HalvesReadAtOnceGiveTheSequentialAnswer) {
+    std::mt19937 rng(5150);
+    auto check = [](const Bytes& in) {
+        const reference::Decoded want = reference::decode(in);
+        const DecompressResult got = decompress(in);
+        ASSERT_EQ(got.error, want.error);
+        ASSERT_EQ(got.bytes, want.bytes);
+    };
+    for (int trial = 0; trial < 40; ++trial) {
+        // Eight equally frequent values: every code three bits long.
+        const std::size_t size = trial < 20 ? 600 + rng() % 4000 : 66000 + rng() % 9000;
+        Bytes data(size);
+        for (std::size_t k = 0; k < size; ++k) data[k] = static_cast<std::uint8_t>('a' + k % 8);
+        if (trial % 4 == 1) {
+            // One byte value a thousand times rarer: codes beyond the lookups,
+            // placed in either half.
+            for (int k = 0; k < 3; ++k) data[rng() % size] = '~';
+        } else if (trial % 4 == 2) {
+            for (auto& b : data) b = static_cast<std::uint8_t>(rng() % 3 ? 'a' + rng() % 3 : rng());
+        }
+        Bytes packed = compress(data);
+        ASSERT_EQ(decompress(packed).bytes, data) << trial;
+        check(Bytes(packed.begin(), packed.end() - 1 - static_cast<std::ptrdiff_t>(rng() % (packed.size() / 3))));
+        packed[packed.size() / 2 + rng() % 16 - 8] ^= static_cast<std::uint8_t>(1u << (rng() % 8));
+        check(packed);
+    }
+}
