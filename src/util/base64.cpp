@@ -199,12 +199,12 @@ ByteArray Base64::decode(const char* text, std::size_t length) {
     const auto* in = reinterpret_cast<const unsigned char*>(text);
     const auto* end = in + length;
     const auto& s = kDecode.shifted;
-    const auto& t = kWide.placed;
     auto group = [&](const unsigned char* g) { return s[0][g[0]] | s[1][g[1]] | s[2][g[2]] | s[3][g[3]]; };
     // Half the characters of a run come as bytes from memory and half from one
     // four-byte load taken apart in registers: the two ways share the load and
     // arithmetic units between them, faster than either alone.
-    auto run = [&t](const unsigned char* r) {
+    auto run = [](const unsigned char* r) {
+        const auto& t = kWide.placed;
         std::uint32_t y;
         std::memcpy(&y, r + 4, 4);
         if (!kLittleEndianHost) y = static_cast<std::uint32_t>(byteSwap64(y) >> 32);
@@ -219,7 +219,7 @@ ByteArray Base64::decode(const char* text, std::size_t length) {
     while (in != end) {
         while (end - in >= kBlock + 4) {
             std::uint64_t bad = 0;
-            for (int r = 0; r < 8; ++r) {
+            for (std::ptrdiff_t r = 0; r < 8; ++r) {
                 const std::uint64_t w = run(in + 8 * r);
                 bad |= w;
                 storeLittleEndian64(out + 6 * r, w);
