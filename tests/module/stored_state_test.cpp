@@ -18,6 +18,7 @@
 #include "core_api/core_node.h"
 #include "core_api/master.h"
 #include "embedded_host/runtime/embedded_host.h"
+#include "nodes/c4d_node.h"
 #include "no_installation.h"
 #include "plugin/plugin_main.h"
 #include "state/compressed_state.h"
@@ -281,6 +282,64 @@ TEST_F(StoredState, RandomScenesSurviveSaveCloseAndOpenWithTheUsersChanges) {
         adaptor->core = nullptr;
         host->closeDocument();
     }
+}
+
+// The core loads again while one node of its tool still lives: the live
+// node's object is not gathered (its text stays), the released one's text is
+// consumed, and the core's later binding finds the live object by searching
+// the document.
+TEST_F(StoredState, LoadingWhileANodeLivesLeavesItsObjectToTheDocumentSearch) {
+    host->newDocument();
+    ToolPlan plan{"A"};
+    plan.nodes = 2;
+    const Element masterNode = masterNodeOf({plan}, plan);
+    TestTool tool("A");
+    tool.state = &masterNode;
+    core::CoreNode* live = adaptor->createCamera(&tool, "n0", nullptr, nullptr);
+    core::CoreNode* released = adaptor->createCamera(&tool, "n1", nullptr, nullptr);
+    BaseObject* releasedObject = static_cast<CC4DNode*>(released)->object();
+    adaptor->storeMasterState(&tool);
+    released->release();
+
+    TestCore core(adaptor);
+    adaptor->core = &core;
+    adaptor->loadState();
+    EXPECT_EQ(core.received, Tag("PLT")) << core.received.toString("", "", "");
+    EXPECT_EQ(releasedObject->GetDataInstance()->GetString(kStored).ToStd(), "");
+    EXPECT_NE(static_cast<CC4DNode*>(live)->object()->GetDataInstance()->GetString(kStored).ToStd(), "");
+
+    core::NodeList bound;
+    tvr::util::ReturnValue<core::NodeList> sink(&bound);
+    adaptor->acquireNodes("A", pluginOf(plan), &sink);
+    ASSERT_EQ(bound.size(), 2u);
+    ASSERT_NE(bound[0], nullptr);
+    EXPECT_TRUE(bound[0]->isSameNode(live));
+    EXPECT_EQ(bound[1], nullptr) << "its text was consumed";
+    bound[0]->release();
+    live->release();
+}
+
+// Saving one document takes the texts off its own objects only.
+TEST_F(StoredState, SavingClearsTheTextsOfTheSavedDocumentAlone) {
+    ToolPlan plan{"A"};
+    const Element masterNode = masterNodeOf({plan}, plan);
+    TestTool tool("A");
+    tool.state = &masterNode;
+    std::vector<core::CoreNode*> made;
+    for (const char* name : {"first", "second"}) {
+        host->newDocument(name);
+        made.push_back(adaptor->createCamera(&tool, name, nullptr, nullptr));
+        adaptor->storeMasterState(&tool);
+    }
+    TestCore saver(adaptor);
+    adaptor->core = &saver;
+    ASSERT_TRUE(host->saveDocument(nullptr, path));
+    const auto text = [](core::CoreNode* node) {
+        return static_cast<CC4DNode*>(node)->object()->GetDataInstance()->GetString(kStored).ToStd();
+    };
+    EXPECT_NE(text(made[0]), "");
+    EXPECT_EQ(text(made[1]), "");
+    for (core::CoreNode* node : made) node->release();
 }
 
 }  // namespace

@@ -284,6 +284,10 @@ TEST(StateDocument, ChildrenFollowTheirOwnStateOrderedByPlaceAndLongChainsCostNo
     top.reset();
     EXPECT_EQ(readWholeNumber(" 42x") + readWholeNumber("-7") + readWholeNumber("x1"), 35);
     EXPECT_EQ(readWholeNumber("99999999999"), INT32_MAX);
+    for (std::size_t digits = 19; digits < 60; digits += 7) {  // past what 64 bits hold
+        EXPECT_EQ(readWholeNumber(std::string(digits, '9')), INT32_MAX);
+        EXPECT_EQ(readWholeNumber("-" + std::string(digits, '8')), INT32_MIN);
+    }
 }
 
 // ---- The searches, compared with plain ones written as stated.
