@@ -71,6 +71,17 @@ void perStep(benchmark::State& state, std::size_t steps) {
                                                         benchmark::Counter::kInvert);
 }
 
+// Ends a timed run: the scene goes (untimed); false, with the run marked
+// failed, when some step did not come back.
+bool allBack(benchmark::State& state, std::unique_ptr<Scene>& scene) {
+    state.PauseTiming();
+    const bool whole = scene->value == 0;
+    scene.reset();
+    state.ResumeTiming();
+    if (!whole) state.SkipWithError("the steps did not all come back");
+    return whole;
+}
+
 void BM_AddSteps(benchmark::State& state) {
     const auto n = static_cast<std::size_t>(state.range(0));
     for (auto _ : state) {
@@ -103,14 +114,7 @@ void BM_UserUndoRedoEachStep(benchmark::State& state) {
             scene->host.redo();
             scene->settle();
         }
-        state.PauseTiming();
-        const bool whole = scene->value == 0;
-        scene.reset();
-        state.ResumeTiming();
-        if (!whole) {
-            state.SkipWithError("the steps did not all come back");
-            break;
-        }
+        if (!allBack(state, scene)) break;
     }
     perStep(state, 2 * n);
 }
@@ -126,14 +130,7 @@ void BM_ManagerUndoRedoEachStep(benchmark::State& state) {
         state.ResumeTiming();
         for (std::size_t i = n; i > 0; --i) manager->DoUndo(static_cast<std::uint32_t>(i - 1));
         for (std::size_t i = 0; i < n; ++i) manager->DoRedo(static_cast<std::uint32_t>(i + 1));
-        state.PauseTiming();
-        const bool whole = scene->value == 0;
-        scene.reset();
-        state.ResumeTiming();
-        if (!whole) {
-            state.SkipWithError("the steps did not all come back");
-            break;
-        }
+        if (!allBack(state, scene)) break;
     }
     perStep(state, 2 * n);
 }
