@@ -126,3 +126,23 @@ TEST(XmlWriter, AgreesWithPlainWriterOnRandomTrees) {
         }());
     }
 }
+
+// A text of several megabytes goes through many pieces of memory, which the
+// next text on the thread takes again: every write of it must come out whole
+// and the same, into a fresh string or after text already there.
+TEST(XmlWriter, LargeTextsWrittenOneAfterAnotherComeOutWhole) {
+    std::mt19937 rng(8);
+    Tag root("big");
+    for (int n = 0; n < 20000; ++n) {
+        std::string value(rng() % 600, ' ');
+        for (char& c : value) c = static_cast<char>(rng() % 8 ? 'a' + rng() % 26 : rng() % 256);
+        root.addChild(TagWithData("t" + std::to_string(n % 7), value));
+    }
+    std::string want;
+    reference::write(want, root, "\n", "\t", "");
+    ASSERT_GT(want.size(), std::size_t{6} << 20);
+    for (int pass = 0; pass < 3; ++pass) EXPECT_EQ(root.toString("\n", "\t", ""), want) << pass;
+    std::string after = "head";
+    root.appendTo(after, "\n", "\t", "");
+    EXPECT_EQ(after, "head" + want);
+}

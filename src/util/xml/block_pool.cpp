@@ -3,14 +3,6 @@
 #include <mutex>
 #include <vector>
 
-#if defined(__SANITIZE_ADDRESS__)
-#define PLR_XML_PLAIN_HEAP 1
-#elif defined(__has_feature)
-#if __has_feature(address_sanitizer)
-#define PLR_XML_PLAIN_HEAP 1
-#endif
-#endif
-
 namespace tvr::util::xml {
 
 #ifdef PLR_XML_PLAIN_HEAP

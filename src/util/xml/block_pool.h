@@ -9,6 +9,16 @@
 #include <cstddef>
 #include <new>
 
+// Under the address checker nothing is pooled or kept: every piece of memory
+// is a heap allocation of its own, so that a use after free is still caught.
+#if defined(__SANITIZE_ADDRESS__)
+#define PLR_XML_PLAIN_HEAP 1
+#elif defined(__has_feature)
+#if __has_feature(address_sanitizer)
+#define PLR_XML_PLAIN_HEAP 1
+#endif
+#endif
+
 namespace tvr::util::xml {
 
 // Blocks up to this size are pooled; larger ones come from the heap.

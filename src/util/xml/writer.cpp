@@ -8,6 +8,7 @@
 #include <memory>
 #include <vector>
 
+#include "util/xml/block_pool.h"
 #include "util/xml/char_class.h"
 #include "util/xml/element.h"
 
@@ -18,17 +19,99 @@ namespace {
 // The longest form of one byte: "&#255;".
 constexpr std::size_t kMaxEscapedByte = 6;
 
-// True when all eight bytes at `s` are plain. Each test finds, in every byte
+// True when all eight bytes of `x` are plain. Each test finds, in every byte
 // at once, whether some byte is below 32, above 126, '&' or '<'.
-inline bool plainWord(const char* s) {
+inline bool plainBits(std::uint64_t x) {
     constexpr std::uint64_t kOnes = 0x0101010101010101u;
     constexpr std::uint64_t kHigh = 0x8080808080808080u;
-    std::uint64_t x;
-    std::memcpy(&x, s, 8);
     const auto hasZero = [](std::uint64_t v) { return (v - kOnes) & ~v & kHigh; };
     const std::uint64_t below32 = (x - kOnes * 32) & ~x & kHigh;
     const std::uint64_t above126 = ((x + kOnes) | x) & kHigh;
     return (below32 | above126 | hasZero(x ^ (kOnes * '&')) | hasZero(x ^ (kOnes * '<'))) == 0;
+}
+
+// The same for the eight bytes at `s`.
+inline bool plainWord(const char* s) {
+    std::uint64_t x;
+    std::memcpy(&x, s, 8);
+    return plainBits(x);
+}
+
+// Copies a few bytes without a call: names, indents and short texts make up
+// most of a document, and a call per piece costs more than the copy.
+inline void copyShort(char* to, const char* from, std::size_t n) {
+    if (n >= 8 && n <= 16) {
+        std::memcpy(to, from, 8);
+        std::memcpy(to + n - 8, from + n - 8, 8);
+    } else if (n >= 4 && n < 8) {
+        std::memcpy(to, from, 4);
+        std::memcpy(to + n - 4, from + n - 4, 4);
+    } else if (n < 4) {
+        if (n == 0) return;
+        to[0] = from[0];
+        to[n / 2] = from[n / 2];
+        to[n - 1] = from[n - 1];
+    } else {
+        std::memcpy(to, from, n);
+    }
+}
+
+// Pieces of a finished text kept for the thread's next one: a large text's
+// pieces are mapped anew by the system each time they are allocated, and
+// first touching fresh pages can cost more than writing the text into them.
+// Plain data, so that nothing runs at thread exit; kept for the life of the
+// process like the element pool's chunks.
+struct KeptPiece {
+    char* data;
+    std::size_t size;
+};
+constexpr std::size_t kKeptPieces = 32;
+#ifndef PLR_XML_PLAIN_HEAP
+thread_local KeptPiece keptPieces[kKeptPieces] = {};
+thread_local std::size_t keptCount = 0;
+#endif
+
+// The largest kept piece when it holds at least `n` places, otherwise a new
+// piece of `size`.
+KeptPiece takePiece(std::size_t n, std::size_t size) {
+#ifndef PLR_XML_PLAIN_HEAP
+    std::size_t best = kKeptPieces;
+    for (std::size_t k = 0; k < keptCount; ++k)
+        if (keptPieces[k].size >= n && (best == kKeptPieces || keptPieces[k].size > keptPieces[best].size)) best = k;
+    if (best != kKeptPieces) {
+        const KeptPiece piece = keptPieces[best];
+        keptPieces[best] = keptPieces[--keptCount];
+        return piece;
+    }
+#endif
+    return {new char[size], size};
+}
+
+void givePiece(KeptPiece piece) {
+#ifndef PLR_XML_PLAIN_HEAP
+    if (keptCount < kKeptPieces) {
+        keptPieces[keptCount++] = piece;
+        return;
+    }
+#endif
+    delete[] piece.data;
+}
+
+// The same for fewer than eight bytes: up to eight of them, some twice, put
+// in one word.
+inline bool plainShort(const char* s, std::size_t n) {
+    if (n == 0) return true;
+    if (n >= 4) {
+        std::uint32_t lo;
+        std::uint32_t hi;
+        std::memcpy(&lo, s, 4);
+        std::memcpy(&hi, s + n - 4, 4);
+        return plainBits(std::uint64_t{lo} | std::uint64_t{hi} << 32);
+    }
+    const std::uint64_t first = static_cast<unsigned char>(s[0]);
+    const std::uint64_t middle = static_cast<unsigned char>(s[n / 2]);
+    const std::uint64_t last = static_cast<unsigned char>(s[n - 1]);
+    return plainBits((first * 0x0101010101010101u) ^ ((first ^ middle) << 8) ^ ((first ^ last) << 16));
 }
 
 // Gathers the text in pieces of memory that are never cleared, then appends
@@ -37,6 +120,7 @@ inline bool plainWord(const char* s) {
 class Sink {
 public:
     explicit Sink(std::string& out) : out_(out), start_(local_), cursor_(local_), end_(local_ + sizeof local_) {}
+    ~Sink() { giveBack(); }
     Sink(const Sink&) = delete;
     Sink& operator=(const Sink&) = delete;
 
@@ -48,7 +132,7 @@ public:
         out_.reserve(out_.size() + total);
         for (const Piece& piece : full_) out_.append(piece.data, piece.used);
         full_.clear();
-        owned_.clear();
+        giveBack();
         start_ = cursor_ = local_;
         end_ = local_ + sizeof local_;
     }
@@ -62,7 +146,7 @@ public:
 
     void put(char c) { *room(1) = c, ++cursor_; }
     void put(const char* s, std::size_t n) {
-        std::memcpy(room(n), s, n);
+        copyShort(room(n), s, n);
         cursor_ += n;
     }
     void put(const std::string& s) { put(s.data(), s.size()); }
@@ -79,22 +163,38 @@ public:
 
     // Writes the escaped form of s[0, n) at p and answers the end.
     static char* writeEscaped(char* p, const char* s, std::size_t n) {
+        if (n < 8 && plainShort(s, n)) {
+            copyShort(p, s, n);
+            return p + n;
+        }
         const char* const end = s + n;
+        // Where the current run of plain bytes began: all of it is copied
+        // as it is, ending at p.
+        const char* run = s;
+        // Plain bytes are copied as they are checked, a word at a time.
         while (s != end) {
-            const char* run = s;
-            while (end - run >= 8 && plainWord(run)) run += 8;
-            while (run != end && isPlain(static_cast<unsigned char>(*run))) ++run;
-            std::memcpy(p, s, static_cast<std::size_t>(run - s));
-            p += run - s;
-            if (run == end) break;
-            const unsigned value = static_cast<unsigned char>(*run);
+            while (end - s >= 8 && plainWord(s)) {
+                std::memcpy(p, s, 8);
+                p += 8;
+                s += 8;
+            }
+            // A short tail of a long plain run: its last eight bytes checked and
+            // copied at once, overlapping bytes already written the same.
+            if (end - s < 8 && end - run >= 8 && plainWord(end - 8)) {
+                std::memcpy(p - (s - (end - 8)), end - 8, 8);
+                p += end - s;
+                break;
+            }
+            while (s != end && isPlain(static_cast<unsigned char>(*s))) *p++ = *s++;
+            if (s == end) break;
+            const unsigned value = static_cast<unsigned char>(*s);
             *p++ = '&';
             *p++ = '#';
             if (value >= 100) *p++ = static_cast<char>('0' + value / 100);
             if (value >= 10) *p++ = static_cast<char>('0' + value / 10 % 10);
             *p++ = static_cast<char>('0' + value % 10);
             *p++ = ';';
-            s = run + 1;
+            run = ++s;
         }
         return p;
     }
@@ -108,10 +208,16 @@ private:
     void grow(std::size_t n) {
         full_.push_back({start_, static_cast<std::size_t>(cursor_ - start_)});
         nextSize_ = std::min(nextSize_ * 2, kLargestPiece);
-        const std::size_t size = std::max(nextSize_, n);
-        owned_.emplace_back(new char[size]);
-        start_ = cursor_ = owned_.back().get();
-        end_ = start_ + size;
+        owned_.reserve(owned_.size() + 1);
+        const KeptPiece piece = takePiece(n, std::max(nextSize_, n));
+        owned_.push_back(piece);
+        start_ = cursor_ = piece.data;
+        end_ = start_ + piece.size;
+    }
+
+    void giveBack() noexcept {
+        for (const KeptPiece& piece : owned_) givePiece(piece);
+        owned_.clear();
     }
 
     static constexpr std::size_t kLargestPiece = std::size_t{4} << 20;
@@ -119,7 +225,7 @@ private:
     std::string& out_;
     char local_[2048];
     std::vector<Piece> full_;
-    std::vector<std::unique_ptr<char[]>> owned_;
+    std::vector<KeptPiece> owned_;
     std::size_t nextSize_ = 8192;
     char* start_;
     char* cursor_;
