@@ -1,17 +1,19 @@
 #include "embedded_host/scene/link_impl.h"
 
-#include <unordered_set>
+#include <new>
 
 #include "embedded_host/scene/host_node.h"
 #include "embedded_host/scene/node_registry.h"
+#include "embedded_host/scene/slot_pool.h"
 
 namespace tvr::plr::embedded {
 
 namespace {
-// Every link this host handed out; links are freed by modules as well as by the host.
-std::unordered_set<const BaseLink*>& liveLinks() {
-  static std::unordered_set<const BaseLink*> links;
-  return links;
+// Every link this host handed out lives in this pool, which knows which of its slots are in
+// use; links are freed by modules as well as by the host. Never destroyed (see slot_pool.h).
+SlotPool& linkPool() {
+  static SlotPool* pool = new SlotPool(sizeof(LinkImpl), 4096);
+  return *pool;
 }
 }  // namespace
 
@@ -45,18 +47,18 @@ Bool LinkImpl::CopyTo(BaseLink* dest, LONG, AliasTrans*) const {
 }
 
 LinkImpl* allocLink() {
-  auto* l = new LinkImpl();
-  liveLinks().insert(l);
-  return l;
+  return new (linkPool().allocate()) LinkImpl();
 }
 
 void freeLink(BaseLink* link) {
-  if (!link || liveLinks().erase(link) == 0) return;  // not ours, or freed already
-  delete static_cast<LinkImpl*>(link);
+  LinkImpl* l = linkOf(link);
+  if (!l) return;  // not ours, or freed already
+  l->~LinkImpl();
+  linkPool().release(l);
 }
 
 LinkImpl* linkOf(BaseLink* link) {
-  return link && liveLinks().count(link) ? static_cast<LinkImpl*>(link) : nullptr;
+  return link && linkPool().isLive(link) ? static_cast<LinkImpl*>(link) : nullptr;
 }
 
 }  // namespace tvr::plr::embedded

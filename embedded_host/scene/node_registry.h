@@ -1,7 +1,9 @@
 #pragma once
 // Which nodes exist (by SDK pointer) and which identities links resolve to.
 // Identities (markers) are never reused, so a freed node never resolves again
-// even when its memory is.
+// even when its memory is. They are handed out in sequence, so the linkable
+// node of each is found by index.
+#include <algorithm>
 #include <cstddef>
 #include <cstdint>
 #include <unordered_map>
@@ -25,21 +27,24 @@ class NodeRegistry {
   // Nodes in no list and owned by nobody but their caller (free-standing objects, tags, tracks).
   std::vector<HostNode*> roots() const;
 
-  void setLinkable(std::uint64_t marker, HostNode* n) { linkable_[marker] = n; }
+  // Markers this registry handed out only.
+  void setLinkable(std::uint64_t marker, HostNode* n) {
+    if (marker == 0 || marker > lastMarker_) return;
+    if (marker >= linkable_.size()) linkable_.resize(std::max<std::size_t>(std::size_t(lastMarker_) + 1, 2 * linkable_.size()));
+    linkable_[std::size_t(marker)] = n;
+  }
   // Forgets the marker only while it still names n.
   void dropLinkable(std::uint64_t marker, const HostNode* n) {
-    auto it = linkable_.find(marker);
-    if (it != linkable_.end() && it->second == n) linkable_.erase(it);
+    if (marker < linkable_.size() && linkable_[std::size_t(marker)] == n) linkable_[std::size_t(marker)] = nullptr;
   }
   HostNode* fromMarker(std::uint64_t marker) const {
-    auto it = linkable_.find(marker);
-    return it == linkable_.end() ? nullptr : it->second;
+    return marker < linkable_.size() ? linkable_[std::size_t(marker)] : nullptr;
   }
 
  private:
   std::uint64_t lastMarker_ = 0;
   std::unordered_map<const void*, HostNode*> allocated_;
-  std::unordered_map<std::uint64_t, HostNode*> linkable_;
+  std::vector<HostNode*> linkable_;  // by marker; null: not linkable now
 };
 
 // The running host's registry (null when no host runs).

@@ -1,6 +1,7 @@
 #include "embedded_host/scene/object_node.h"
 
 #include <cmath>
+#include <cstring>
 
 #include "embedded_host/scene/node_makers.h"
 #include "embedded_host/scene/scene_dump.h"
@@ -83,12 +84,18 @@ bool ObjectNode::setParameter(const DescID& id, const GeData& value) {
   return true;
 }
 
+static bool sameBits(const Vector& a, const Vector& b) { return std::memcmp(&a, &b, sizeof(Vector)) == 0; }
+
 Matrix ObjectNode::localMatrix() const {
+  if (made_.valid && sameBits(made_.pos, state.pos) && sameBits(made_.rot, state.rot) &&
+      sameBits(made_.scale, state.scale))
+    return made_.m;
   Matrix r = HPBToMatrix(state.rot, ROTATIONORDER_HPB);
   r.off = state.pos;
   r.v1 *= state.scale.x;
   r.v2 *= state.scale.y;
   r.v3 *= state.scale.z;
+  made_ = {state.pos, state.rot, state.scale, r, true};
   return r;
 }
 

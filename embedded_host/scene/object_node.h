@@ -45,6 +45,16 @@ class ObjectNode : public HostNode {
   void killTag(LONG type, LONG nr);
 
   ObjectState state;
+
+ private:
+  // The last local matrix made, for the position, rotation and scale it was made from (bit for
+  // bit): a parent's matrix is asked for once per child and frame while recording.
+  struct MadeMatrix {
+    Vector pos, rot, scale;
+    Matrix m;
+    bool valid = false;
+  };
+  mutable MadeMatrix made_;
 };
 
 template <class Base = BaseObject, class Core = ObjectNode>

@@ -1,11 +1,31 @@
 #include "embedded_host/scene/track_node.h"
 
 #include <algorithm>
+#include <cstdint>
 #include <unordered_map>
 
 #include "embedded_host/scene/scene_dump.h"
+#include "embedded_host/scene/slot_pool.h"
 
 namespace tvr::plr::embedded {
+
+namespace {
+SlotPool& keyPool() {
+  static SlotPool* pool = new SlotPool(sizeof(KeyImpl), 1024);
+  return *pool;
+}
+}  // namespace
+
+void* KeyImpl::operator new(std::size_t size) {
+  return size == sizeof(KeyImpl) ? keyPool().allocate() : ::operator new(size);
+}
+
+void KeyImpl::operator delete(void* p, std::size_t size) {
+  if (size == sizeof(KeyImpl))
+    keyPool().release(p);
+  else
+    ::operator delete(p);
+}
 
 std::uint64_t KeyImpl::newId() {
   static std::uint64_t last = 0;
@@ -21,9 +41,33 @@ CKey* CurveImpl::GetKey(LONG index) {
   return index >= 0 && size_t(index) < keys.size() ? keys[size_t(index)].get() : nullptr;
 }
 
+namespace {
+
+// Whole numbers below 2^26: their cross products (how times compare) are exact in a double.
+bool plainTime(const BaseTime& t) {
+  constexpr double kLimit = 67108864.0;
+  const double n = t.GetNumerator(), d = t.GetDenominator();
+  return n >= -kLimit && n <= kLimit && d > 0 && d <= kLimit && double(std::int32_t(n)) == n &&
+         double(std::int32_t(d)) == d;
+}
+
+}  // namespace
+
 CKey* CurveImpl::AddKey(const BaseTime& time, LONG* nidx) {
+  // Where a scan from the front stops: the first key not before time.
   size_t i = 0;
-  while (i < keys.size() && keys[i]->time < time) ++i;
+  const bool plain = plainTime(time);
+  if (ordered_ && plain) {
+    // Recording moves forward: a key after the last one goes to the end without a search.
+    if (keys.empty() || keys.back()->time < time)
+      i = keys.size();
+    else
+      i = size_t(std::lower_bound(keys.begin(), keys.end(), time,
+                                  [](const std::unique_ptr<KeyImpl>& k, const BaseTime& t) { return k->time < t; }) -
+                 keys.begin());
+  } else {
+    while (i < keys.size() && keys[i]->time < time) ++i;
+  }
   if (i < keys.size() && keys[i]->time == time) {
     if (nidx) *nidx = LONG(i);
     return keys[i].get();
@@ -33,7 +77,9 @@ CKey* CurveImpl::AddKey(const BaseTime& time, LONG* nidx) {
   key->value = valueAt(time.Get());
   key->curve = this;
   KeyImpl* raw = key.get();
+  if (keys.capacity() == 0) keys.reserve(8);
   keys.insert(keys.begin() + std::ptrdiff_t(i), std::move(key));
+  if (!plain) ordered_ = false;
   if (nidx) *nidx = LONG(i);
   return raw;
 }
@@ -67,6 +113,13 @@ CTrack* CurveImpl::GetTrack() { return track ? static_cast<CTrack*>(track->iface
 
 void CurveImpl::resort() {
   std::stable_sort(keys.begin(), keys.end(), [](const auto& a, const auto& b) { return a->time < b->time; });
+  checkOrder();
+}
+
+void CurveImpl::checkOrder() {
+  ordered_ = true;
+  for (size_t i = 0; i < keys.size() && ordered_; ++i)
+    ordered_ = plainTime(keys[i]->time) && (i == 0 || !(keys[i]->time < keys[i - 1]->time));
 }
 
 // Slope towards the neighbours; flat at either end.
@@ -81,7 +134,14 @@ Real CurveImpl::valueAt(double t) const {
   if (t <= keys.front()->time.Get()) return keys.front()->value;
   if (t >= keys.back()->time.Get()) return keys.back()->value;
   size_t k = 0;
-  while (k + 1 < keys.size() && keys[k + 1]->time.Get() <= t) ++k;
+  if (ordered_ && t == t) {
+    // Seconds never decrease along ordered keys: the last key at or before t, found by halves.
+    auto after = std::upper_bound(keys.begin() + 1, keys.end(), t,
+                                  [](double s, const std::unique_ptr<KeyImpl>& key) { return s < key->time.Get(); });
+    k = size_t(after - keys.begin()) - 1;
+  } else {
+    while (k + 1 < keys.size() && keys[k + 1]->time.Get() <= t) ++k;
+  }
   const KeyImpl& a = *keys[k];
   const KeyImpl& b = *keys[k + 1];
   const double t0 = a.time.Get(), t1 = b.time.Get();
@@ -97,7 +157,8 @@ Real CurveImpl::valueAt(double t) const {
 
 Real CurveImpl::valueAt(const BaseTime& time, LONG fps) const {
   if (fps < 1) return valueAt(time.Get());
-  return valueAt(BaseTime(time.GetFrame(fps), fps).Get());
+  // The start of the frame: frame / fps seconds, both whole numbers.
+  return valueAt(double(time.GetFrame(fps)) / double(fps));
 }
 
 void CurveImpl::copyFrom(const CurveImpl& src, bool keepIds) {
@@ -111,6 +172,7 @@ void CurveImpl::copyFrom(const CurveImpl& src, bool keepIds) {
     key->curve = this;
     keys.push_back(std::move(key));
   }
+  ordered_ = src.ordered_;
 }
 
 void CurveImpl::exchangeKeys(CurveImpl& other) {
@@ -137,6 +199,8 @@ void CurveImpl::exchangeKeys(CurveImpl& other) {
   for (std::uint64_t id : mineOrder) other.keys.push_back(take(theirs, mine, id));
   for (auto& k : keys) k->curve = this;
   for (auto& k : other.keys) k->curve = &other;
+  checkOrder();
+  other.checkOrder();
 }
 
 void TrackNode::copyOwnFrom(const HostNode& src) {

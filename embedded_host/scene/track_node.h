@@ -20,6 +20,9 @@ class KeyImpl : public CKey {
   LONG GetInterpolation() const override { return interpolation; }
   void SetInterpolation(CCurve*, LONG inter) override { interpolation = inter; }
   ~KeyImpl() override = default;
+  // Keys come by the thousand while recording: they live in a pool of their own (slot_pool.h).
+  static void* operator new(std::size_t size);
+  static void operator delete(void* p, std::size_t size);
 
   BaseTime time;
   Real value = 0;
@@ -48,6 +51,7 @@ class CurveImpl : public CCurve {
   // Animation is sampled on the frame grid: the value at the start of the frame time falls in
   // (GetFrame at fps). No frame rate (fps < 1): at the time itself.
   Real valueAt(const BaseTime& time, LONG fps) const;
+  // Puts the keys in time order again; call it after changing keys or their times directly.
   void resort();
   // keepIds: a copy for undo, whose keys share the identities of the originals.
   void copyFrom(const CurveImpl& src, bool keepIds);
@@ -56,6 +60,13 @@ class CurveImpl : public CCurve {
 
   std::vector<std::unique_ptr<KeyImpl>> keys;
   TrackNode* track;
+
+ private:
+  // Whether every key time is a plain fraction (whole numbers of modest size, positive
+  // denominator) and the keys are in time order. Such times compare exactly, so a search
+  // by halves finds the key a scan from the front would; any other time falls back to the scan.
+  void checkOrder();
+  bool ordered_ = true;
 };
 
 class TrackNode : public HostNode {

@@ -1,3 +1,6 @@
+#include <algorithm>
+#include <vector>
+
 #include "test_support/host_fixture.h"
 
 namespace tvr::plr::embedded::testing {
@@ -66,6 +69,53 @@ TEST_F(AnimationTest, KeysAndTracksStaySortedAndFindable) {
   EXPECT_EQ(z->GetNext(), r);
   EXPECT_EQ(op->FindCTrack(rotX), r);
   EXPECT_EQ(op->FindCTrack(DescID(DescLevel(ID_BASEOBJECT_SCALE), DescLevel(VECTOR_X))), nullptr);
+}
+
+// Keys arrive in any order, as fractions of any denominator; a recording appends most of them.
+TEST_F(AnimationTest, KeysArrivingInAnyOrderKeepTimeOrderAndTheirIndex) {
+  const auto times = [&] {
+    std::vector<double> out;
+    for (LONG i = 0; i < curve->GetKeyCount(); ++i) out.push_back(curve->GetKey(i)->GetTime().Get());
+    return out;
+  };
+  LONG index = -1;
+  for (int frame = 0; frame < 40; frame += 2) {  // appended
+    curve->AddKey(BaseTime(frame, 30), &index);
+    EXPECT_EQ(index, frame / 2);
+  }
+  CKey* middle = curve->AddKey(BaseTime(11, 30), &index);  // between frames 10 and 12
+  EXPECT_EQ(index, 6);
+  EXPECT_EQ(curve->AddKey(BaseTime(22, 60), &index), middle);  // the same time, another denominator
+  EXPECT_EQ(index, 6);
+  curve->AddKey(BaseTime(-1, 30), &index);
+  EXPECT_EQ(index, 0);
+  EXPECT_EQ(curve->GetKeyCount(), 22);
+  // A time that is no plain fraction still goes where it belongs, and so do the keys after it.
+  BaseTime odd;
+  odd.SetNumerator(0.5);
+  odd.SetDenominator(4);  // 0.125 s: between frames 2 and 4
+  curve->AddKey(odd, &index);
+  EXPECT_EQ(index, 3);
+  curve->AddKey(BaseTime(5, 30), &index);
+  EXPECT_EQ(index, 5);
+  curve->AddKey(BaseTime(50, 30), &index);
+  EXPECT_EQ(index, 24);
+  const std::vector<double> t = times();
+  EXPECT_TRUE(std::is_sorted(t.begin(), t.end()));
+  // Moving a key reorders; later keys are found at their new places.
+  curve->GetKey(0)->SetTime(curve, BaseTime(45, 30));
+  EXPECT_EQ(curve->AddKey(BaseTime(45, 30), &index), curve->GetKey(23));
+  EXPECT_EQ(index, 23);
+}
+
+// A long linear ramp: every time between keys is interpolated from its own two keys.
+TEST_F(AnimationTest, ValuesOfALongCurveComeFromTheKeysAroundTheTime) {
+  for (int frame = 0; frame <= 90; frame += 3) key(frame / 30.0, Real(frame), CINTERPOLATION_LINEAR);
+  for (int frame = 0; frame <= 95; ++frame) {
+    SCOPED_TRACE(frame);
+    EXPECT_NEAR(track->GetValue(doc, BaseTime(frame, 30), 30), std::min(frame, 90), 1e-3);
+  }
+  EXPECT_NEAR(curve->GetValue(BaseTime(10, 30), 0), 10.0, 1e-3);  // no frame rate: at the time itself
 }
 
 TEST_F(AnimationTest, ValuesHoldOutsideAndInterpolateByTheLeftKey) {

@@ -203,6 +203,43 @@ TEST_F(HostTest, LocalAndGlobalMatricesComposeThroughParents) {
   EXPECT_NEAR(parent->GetScale().x, 2.0f, 1e-6f);
 }
 
+// Every way a part of the placement changes reaches the local matrix asked for next.
+TEST_F(HostTest, LocalMatrixFollowsEveryChangeOfItsParts) {
+  BaseObject* parent = add("parent");
+  BaseObject* child = add("child", parent);
+  const auto expected = [](BaseObject* op) {
+    Matrix m = HPBToMatrix(op->GetRot());
+    m.off = op->GetPos();
+    m.v1 *= op->GetScale().x;
+    m.v2 *= op->GetScale().y;
+    m.v3 *= op->GetScale().z;
+    return m;
+  };
+  const auto check = [&](const char* step) {
+    SCOPED_TRACE(step);
+    expectNear(parent->GetMl(), expected(parent));
+    expectNear(child->GetMg(), expected(parent) * expected(child));
+  };
+  check("defaults");
+  parent->SetPos(Vector(1, 2, 3));
+  check("position");
+  parent->SetRot(Vector(0.5f, 0, 0));
+  check("rotation");
+  parent->SetScale(Vector(2, 1, 1));
+  check("scale");
+  const DescID bank{DescLevel(ID_BASEOBJECT_ROTATION), DescLevel(VECTOR_Z)};
+  ASSERT_TRUE(parent->SetParameter(bank, GeData(Real(0.25f)), 0));
+  check("rotation parameter");
+  doc->StartUndo();
+  doc->AddUndo(UNDO_CHANGE, parent);
+  doc->EndUndo();
+  parent->SetScale(Vector(1, 3, 1));
+  check("scale before undo");
+  ASSERT_TRUE(doc->DoUndo(false));
+  EXPECT_EQ(parent->GetScale().y, 1.0f);
+  check("undone");
+}
+
 TEST_F(HostTest, ClonesCopyDeeplyWithFreshIdentity) {
   BaseObject* a = add("a");
   a->SetPos(Vector(1, 2, 3));
@@ -254,6 +291,9 @@ TEST_F(HostTest, ForeignPointersAndUnknownTypesAreRefused) {
   link->SetLink(fake);
   EXPECT_EQ(link->ForceGetLink(), nullptr);
   BaseLink::Free(link);
+  BaseLink::Free(link);  // freed before: ignored
+  BaseLink* foreign = reinterpret_cast<BaseLink*>(junk + 8);
+  BaseLink::Free(foreign);  // not made here: ignored
   BaseObject::Free(fake);  // ignored
   doc->StartUndo();
   EXPECT_FALSE(doc->AddUndo(UNDO_CHANGE, junk));
