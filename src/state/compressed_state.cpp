@@ -99,17 +99,18 @@ std::vector<Node> buildTree(const std::vector<TableEntry>& table) {
 }
 
 // Lookup over the next kLookupBits bits: either the leaf reached within them
-// and the bits it took, or the inner node reached after all of them. An entry
-// holds the bits taken in its low byte; a leaf's has its top bit set and the
-// symbol in the next byte (stored from there in one move), an inner node's has
-// the node index in the high half.
+// and the bits it took, or the inner node reached after all of them. A leaf's
+// entry holds the bits in its low byte, the symbol in the next and 1 in the
+// top byte; an inner node's holds the node index from bit 8 and nothing else,
+// so it takes no bits. Five entries added up keep the bits they take in the
+// low byte and the number of leaves among them in the top byte.
 constexpr unsigned kLookupBits = 11;
 constexpr std::size_t kLookupSize = std::size_t{1} << kLookupBits;
-constexpr std::uint32_t kLeaf = 0x80000000u;
+constexpr std::uint32_t kLeaf = 0x01000000u;
 
 std::uint32_t lookupBitsOf(std::uint32_t entry) { return entry & 0xFF; }
 std::uint32_t leafSymbolOf(std::uint32_t entry) { return (entry >> 8) & 0xFF; }
-std::uint32_t innerNodeOf(std::uint32_t entry) { return entry >> 16; }
+std::uint32_t innerNodeOf(std::uint32_t entry) { return entry >> 8; }
 
 // The single-symbol lookup, filled from the tree; also answers the depth of
 // the shallowest leaf, which is always within the lookup: a tree of at most
@@ -144,7 +145,7 @@ unsigned buildLookup(const std::vector<Node>& nodes, std::uint32_t* table) {
                     minDepth = std::min(minDepth, depth);
                     table[child.code] = kLeaf | static_cast<std::uint32_t>(c.symbol) << 8 | depth;
                 } else if (depth == kLookupBits) {
-                    table[child.code] = static_cast<std::uint32_t>(child.node) << 16 | kLookupBits;
+                    table[child.code] = static_cast<std::uint32_t>(child.node) << 8;
                 } else {
                     next[nextSize++] = child;
                 }
@@ -228,17 +229,22 @@ inline bool manyRound(const std::uint8_t* data, const std::uint64_t* multi, Curs
 }
 
 // One whole-word refill and five single-symbol lookups; needs eight input
-// bytes and five output places. False in front of a long code.
+// bytes and five output places. False in front of a long code, the symbols
+// before it taken: its entry takes no bits, so the lookups after it repeat it,
+// and the places they write are given back by counting the leaves only.
 inline bool singlesRound(const std::uint8_t* data, const std::uint32_t* lookup, Cursor& c) {
     refillWhole(data, c);
+    std::uint32_t sum = 0;
+    std::uint32_t e = 0;
     for (int k = 0; k < 5; ++k) {
-        const std::uint32_t e = lookup[c.buffer & (kLookupSize - 1)];
-        if (!(e & kLeaf)) return false;
-        *c.out++ = static_cast<std::uint8_t>(leafSymbolOf(e));
+        e = lookup[c.buffer & (kLookupSize - 1)];
+        c.out[k] = static_cast<std::uint8_t>(leafSymbolOf(e));
         c.buffer >>= lookupBitsOf(e);
-        c.count -= lookupBitsOf(e);
+        sum += e;
     }
-    return true;
+    c.count -= lookupBitsOf(sum);
+    c.out += sum >> 24;
+    return (e & kLeaf) != 0;
 }
 
 // Bits of the input, lowest bit of each byte first, for the careful paths.
