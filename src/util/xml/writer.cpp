@@ -65,8 +65,8 @@ struct KeptPiece {
     char* data;
     std::size_t size;
 };
-constexpr std::size_t kKeptPieces = 32;
 #ifndef PLR_XML_PLAIN_HEAP
+constexpr std::size_t kKeptPieces = 32;
 thread_local KeptPiece keptPieces[kKeptPieces] = {};
 thread_local std::size_t keptCount = 0;
 #endif
