@@ -125,11 +125,12 @@ class HostNode {
 
   HostNode* listOwner = nullptr;
   ListKind inList = ListKind::None;
+  NodeList children, tags, tracks;
   HostNode* prev = nullptr;
   HostNode* next = nullptr;
-  NodeList children, tags, tracks;
 
  private:
+  // Beside the links: walking a list (GetNext) reads the next node's pointer and its interface.
   BaseList2D* iface_ = nullptr;
 };
 
