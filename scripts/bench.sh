@@ -46,7 +46,10 @@ def rate(bps, ips):
 
 rows, refs = [], {}
 for path in sorted(pathlib.Path(sys.argv[1]).glob("*.json")):
-    data = json.loads(path.read_text())
+    text = path.read_text()
+    if not text.strip():
+        continue  # a program none of whose benchmarks the filter picked
+    data = json.loads(text)
     for b in data.get("benchmarks", []):
         if b.get("run_type") == "aggregate" or b.get("error_occurred"):
             continue
