@@ -40,7 +40,7 @@ for target in "${targets[@]}"; do
   [[ -f "fuzz/$target.dict" ]] && dict=("-dict=fuzz/$target.dict")
   echo "== $target ${limit[*]}"
   status=ok
-  "$bin" "${limit[@]}" -rss_limit_mb=2048 -timeout=10 -print_final_stats=1 \
+  "$bin" "${limit[@]}" -rss_limit_mb=2048 -timeout=10 -print_final_stats=1 -artifact_prefix="build/fuzz/$target-" \
     "${dict[@]}" "$work" "$seeds" >"$log" 2>&1 || status=failed
   runs=$(sed -n 's/^stat::number_of_executed_units: *//p' "$log" | tail -1)
   rate=$(sed -n 's/^stat::average_exec_per_sec: *//p' "$log" | tail -1)
