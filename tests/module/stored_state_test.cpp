@@ -145,7 +145,9 @@ protected:
 
     std::unique_ptr<emb::EmbeddedHost> host;
     C4DAdaptorInterface* adaptor = nullptr;
-    const std::string path = ::testing::TempDir() + "stored_state_round_trip.scene";
+    // One file a test: ctest runs the fixture's tests side by side.
+    const std::string path =
+        ::testing::TempDir() + ::testing::UnitTest::GetInstance()->current_test_info()->name() + ".scene";
 };
 
 std::vector<BaseObject*> objectsInOrder(BaseDocument* doc) {
