@@ -93,7 +93,8 @@ Scene randomScene(std::mt19937& rng, int count) {
         m.name = "tool" + std::to_string(i);
         m.parent = i == 0 || rng() % 3 == 0 ? -1 : int(rng() % unsigned(i));
         m.compressed = rng() % 3 == 0;
-        for (unsigned n = 0, nodes = 1 + rng() % 3; n < nodes; ++n) m.labels.push_back(m.name + "_node" + std::to_string(n));
+        for (unsigned n = 0, nodes = 1 + rng() % 3; n < nodes; ++n)
+            m.labels.push_back(m.name + "_node" + std::to_string(n));
         scene.masters.push_back(m);
     }
     // Places: a shuffled permutation among each parent's children.
@@ -106,7 +107,8 @@ Scene randomScene(std::mt19937& rng, int count) {
         for (std::size_t k = 0; k < kids.size(); ++k) scene.masters[std::size_t(kids[k])].place = places[k];
     }
     for (const MasterSpec& m : scene.masters)
-        for (std::size_t n = 0; n < m.labels.size(); ++n) scene.texts.push_back({m.labels[n], storedText(scene.masters, m, n)});
+        for (std::size_t n = 0; n < m.labels.size(); ++n)
+            scene.texts.push_back({m.labels[n], storedText(scene.masters, m, n)});
     std::shuffle(scene.texts.begin(), scene.texts.end(), rng);
     return scene;
 }
@@ -140,7 +142,7 @@ Element expectedDocument(const Scene& scene) {
 TEST(StateDocument, RandomScenesComeBackAsTheTreeTheCoreStored) {
     std::mt19937 rng(12);
     for (int round = 0; round < 60; ++round) {
-        const Scene scene = randomScene(rng, 1 + round % 17);
+        const Scene scene = randomScene(rng, round % 17);  // nothing stored at all in the first
         const std::size_t mark = util::Log::contents().size();
         const GatheredState got = gatherState(scene.texts);
         ASSERT_EQ(got.document, expectedDocument(scene)) << "round " << round << "\n"
@@ -155,10 +157,16 @@ TEST(StateDocument, RandomScenesComeBackAsTheTreeTheCoreStored) {
     }
 }
 
-TEST(StateDocument, NothingStoredGivesAnEmptyTree) {
-    const GatheredState got = gatherState({});
-    EXPECT_EQ(got.document, Tag("PLT"));
-    EXPECT_TRUE(got.parsed.empty());
+// A stored text with one master: its state, and its parent and place when given.
+std::string masterText(const std::string& name, const Element& plugin, const std::string* parent, const char* place) {
+    Tag tag("PLT_tag");
+    tag.addChild(TagWithData("name", name));
+    Tag masterNode("masternode");
+    masterNode.addChild(plugin);
+    if (parent) masterNode.addChild(TagWithData("parent", *parent));
+    if (place) masterNode.addChild(TagWithData("childindex", place));
+    tag.addChild(masterNode);
+    return tag.toString("", "", "");
 }
 
 // One good master stays loaded next to each damaged text, and the damage is
@@ -166,29 +174,18 @@ TEST(StateDocument, NothingStoredGivesAnEmptyTree) {
 TEST(StateDocument, DamagedStatesAreRefusedOneByOneNamingTheirObject) {
     const std::vector<MasterSpec> good{{"keep", -1, 0, true, {"keep_cam"}}};
     const StoredText keep{"keep_cam", storedText(good, good[0], 0)};
-    const auto withPlugin = [](const Element& plugin, const std::string& parent = "") {
-        Tag tag("PLT_tag");
-        tag.addChild(TagWithData("name", "bad"));
-        Tag masterNode("masternode");
-        masterNode.addChild(plugin);
-        masterNode.addChild(TagWithData("parent", parent));
-        masterNode.addChild(TagWithData("childindex", "0"));
-        tag.addChild(masterNode);
-        return tag.toString("", "", "");
-    };
+    const std::string noParent;
+    const auto withPlugin = [&](const Element& plugin) { return masterText("bad", plugin, &noParent, "0"); };
     const auto bytesText = [](Bytes b) { return util::Base64::encode(b.data(), b.size()); };
-    Bytes valid = compress(reinterpret_cast<const std::uint8_t*>("<PLT_Plugin><name>bad</name></PLT_Plugin>"), 42);
-    Bytes badMagic = valid;
-    badMagic[0] ^= 0xFF;
-    Bytes badVersion = valid;
-    badVersion[4] = 99;
-    Bytes badSymbols = valid;
-    badSymbols[9] = 0x7F;
-    Bytes tooLong = valid;
-    tooLong[14] = 0x40;  // claims megabytes from a few bytes of code
-    Bytes overCap = valid;
-    overCap[15] = 0x7F;
-    Bytes truncated(valid.begin(), valid.end() - 3);
+    const Bytes valid =
+        compress(reinterpret_cast<const std::uint8_t*>("<PLT_Plugin><name>bad</name></PLT_Plugin>"), 42);
+    // The valid stream with one byte set.
+    const auto damaged = [&](std::size_t at, std::uint8_t value) {
+        Bytes b = valid;
+        b[at] = value;
+        return withPlugin(compressedPlugin(bytesText(b)));
+    };
+    const Bytes truncated(valid.begin(), valid.end() - 3);
     std::string deep;
     for (int i = 0; i < 2000; ++i) deep += "<a>";
 
@@ -200,11 +197,11 @@ TEST(StateDocument, DamagedStatesAreRefusedOneByOneNamingTheirObject) {
         {"malformed", "<PLT_tag><name>bad</name><masternode>", "the text is not readable"},
         {"deep nesting", deep, "the text is not readable"},
         {"bad base64", withPlugin(compressedPlugin("&&&&")), "empty or not base64"},
-        {"bad magic", withPlugin(compressedPlugin(bytesText(badMagic))), "whose text is not readable"},
-        {"bad version", withPlugin(compressedPlugin(bytesText(badVersion))), "whose text is not readable"},
-        {"bad symbol count", withPlugin(compressedPlugin(bytesText(badSymbols))), "whose text is not readable"},
-        {"length beyond the data", withPlugin(compressedPlugin(bytesText(tooLong))), "does not decode"},
-        {"length beyond the cap", withPlugin(compressedPlugin(bytesText(overCap))), "does not decode"},
+        {"bad magic", damaged(0, std::uint8_t(valid[0] ^ 0xFF)), "whose text is not readable"},
+        {"bad version", damaged(4, 99), "whose text is not readable"},
+        {"bad symbol count", damaged(9, 0x7F), "whose text is not readable"},
+        {"length beyond the data", damaged(14, 0x40), "does not decode"},  // megabytes from a few bytes
+        {"length beyond the cap", damaged(15, 0x7F), "does not decode"},
         {"truncated bits", withPlugin(compressedPlugin(bytesText(truncated))), "does not decode"},
         {"no name", withPlugin(Tag("PLT_Plugin")), "without a name"},
         {"no state", "<PLT_tag><masternode><parent></parent></masternode></PLT_tag>", "without its state"},
@@ -216,37 +213,34 @@ TEST(StateDocument, DamagedStatesAreRefusedOneByOneNamingTheirObject) {
         EXPECT_EQ(got.document.childAt(0)->childText("name"), "keep") << c.what;
         const std::string lines = logSince(mark);
         EXPECT_NE(lines.find("(ERROR): Stored state of object \"damaged object\": "), std::string::npos)
-            << c.what << "\n" << lines;
+            << c.what << "\n"
+            << lines;
         EXPECT_NE(lines.find(c.log), std::string::npos) << c.what << "\n" << lines;
     }
 }
 
 TEST(StateDocument, LoopsRepeatsAndMissingPartsStillLoadWithAWarning) {
     const auto master = [](const std::string& name, const std::string* parent, const char* place = "0") {
-        Tag tag("PLT_tag");
-        tag.addChild(TagWithData("name", name));
-        Tag masterNode("masternode");
         Tag plugin("PLT_Plugin");
         plugin.addChild(TagWithData("name", name));
-        masterNode.addChild(plugin);
-        if (parent) masterNode.addChild(TagWithData("parent", *parent));
-        masterNode.addChild(TagWithData("childindex", place));
-        tag.addChild(masterNode);
-        return tag.toString("", "", "");
+        return masterText(name, plugin, parent, place);
     };
-    const std::string a = "a", b = "b", self = "self", ghost = "ghost";
+    const std::string a = "a", b = "b", self = "self", ghost = "ghost", loose = "loose";
     const std::size_t mark = util::Log::contents().size();
     const GatheredState got = gatherState({{"obj a", master("a", &b)},
                                            {"obj b", master("b", &a, "7")},
                                            {"obj self", master("self", &self)},
                                            {"obj copy", master("a", nullptr)},
                                            {"obj orphan", master("orphan", &ghost)},
-                                           {"obj loose", master("loose", nullptr, "x")}});
-    // The loop is cut at its first master; every master is there once.
+                                           {"obj loose", master("loose", nullptr, "x")},
+                                           {"obj unplaced", master("unplaced", &loose, nullptr)},
+                                           {"obj placed", master("placed", &loose, "1")}});
+    // The loop is cut at its first master; every master is there once; no place is place 0.
     EXPECT_EQ(got.document.toString("", "", ""),
               "<PLT><PLT_Plugin><name>a</name><PLT_Plugin><name>b</name></PLT_Plugin></PLT_Plugin>"
               "<PLT_Plugin><name>self</name></PLT_Plugin><PLT_Plugin><name>orphan</name></PLT_Plugin>"
-              "<PLT_Plugin><name>loose</name></PLT_Plugin></PLT>");
+              "<PLT_Plugin><name>loose</name><PLT_Plugin><name>unplaced</name></PLT_Plugin>"
+              "<PLT_Plugin><name>placed</name></PLT_Plugin></PLT_Plugin></PLT>");
     const std::string lines = logSince(mark);
     for (const char* line : {"(WARNING): Stored state of object \"obj a\": master \"a\" is its own ancestor",
                              "(WARNING): Stored state of object \"obj self\": master \"self\" is its own ancestor",
@@ -304,7 +298,8 @@ std::vector<std::size_t> plainFirstOfEachName(std::vector<std::string> names) {
     return index;
 }
 
-std::vector<std::ptrdiff_t> plainParents(const std::vector<std::string>& names, const std::vector<std::string>& parents) {
+std::vector<std::ptrdiff_t> plainParents(const std::vector<std::string>& names,
+                                         const std::vector<std::string>& parents) {
     std::vector<std::ptrdiff_t> out(parents.size(), kNone);
     for (std::size_t j = parents.size(); j-- > 0;) {
         if (parents[j].empty()) continue;
@@ -345,7 +340,9 @@ std::vector<std::ptrdiff_t> plainObjects(const std::vector<NameAndLabel>& object
 
 TEST(StateScans, AnswerWhatThePlainSearchesAnswer) {
     std::mt19937 rng(7);
-    const auto word = [&](unsigned spread) { return rng() % 5 == 0 ? std::string() : "w" + std::to_string(rng() % spread); };
+    const auto word = [&](unsigned spread) {
+        return rng() % 5 == 0 ? std::string() : "w" + std::to_string(rng() % spread);
+    };
     for (int round = 0; round < 400; ++round) {
         const unsigned spread = 1 + rng() % 12;
         std::vector<std::string> names(rng() % 30), parents(names.size()), labels(rng() % 12);

@@ -104,10 +104,10 @@ TEST(XmlEscape, EveryByte) {
 
 TEST(XmlEscape, UnescapeQuirks) {
     EXPECT_EQ(unescape("&#x41;&#65;"), "AA");
-    EXPECT_EQ(unescape("&#65 x"), "Ax");       // the byte after the digits is skipped unseen
-    EXPECT_EQ(unescape("&#65b;"), "A");        // decimal reads the hex run's leading digits
+    EXPECT_EQ(unescape("&#65 x"), "Ax");  // the byte after the digits is skipped unseen
+    EXPECT_EQ(unescape("&#65b;"), "A");   // decimal reads the hex run's leading digits
     EXPECT_EQ(unescape("&#x4a;"), "J");
-    EXPECT_EQ(unescape("&#321;"), "A");        // low byte of a larger number
+    EXPECT_EQ(unescape("&#321;"), "A");  // low byte of a larger number
     EXPECT_EQ(unescape("&#;x"), std::string("\0x", 2));
     EXPECT_EQ(unescape("&amp;&lt;&"), "&amp;&lt;&");
     EXPECT_EQ(unescape("&x#1"), "&x#1");
@@ -124,9 +124,10 @@ TEST(XmlEscape, UnescapeQuirks) {
     }
 }
 
-TEST(XmlWriter, Layout) {
+// The layout of every kind of node is checked against the plain writer on random trees; what both
+// take from the element is checked here: attributes sorted by name, a repeated one replaced.
+TEST(XmlWriter, AttributesAreWrittenByNameOncePerName) {
     Tag n("n");
-    EXPECT_EQ(n.toString("\n", "\t", ""), "<n/>");
     n.setAttribute("b", "2");
     n.setAttribute("a", "1");
     EXPECT_EQ(n.toString("\n", "\t", ""), "<n a=\"1\" b=\"2\"/>");
@@ -134,31 +135,6 @@ TEST(XmlWriter, Layout) {
     n.setAttribute("a", "4");
     EXPECT_EQ(n.toString("", "", ""), "<n a=\"4\" ab=\"3\" b=\"2\"/>");
     EXPECT_EQ(n.attributes().size(), 3u);
-
-    Tag q("q");
-    q.setAttribute("both", "a\"b'c");
-    q.setAttribute("dq", "x\"y");
-    q.setAttribute("sq", "it's <&>");
-    EXPECT_EQ(q.toString("", "", ""),
-              "<q both=\"a&#34;b'c\" dq='x\"y' sq=\"it's &#60;&#38;>\"/>");
-
-    EXPECT_EQ(TagWithData("n", "a\tb & c").toString("\n", "\t", "  "), "  <n>a&#9;b &#38; c</n>");
-
-    Tag doc("doc");
-    Element* words = doc.addChild(Tag("w"));
-    words->addChild(Text("one"));
-    words->addChild(Text("two"));
-    words->addChild(Tag("x"));  // in a text-only element nothing is added around tags
-    doc.addChild(Tag("e"))->addChild(Tag("f"));
-    doc.addChild(Element(kComment, "note"));
-    doc.addChild(Element(3, "ignored"));
-    EXPECT_EQ(doc.toString("\n", "\t", ">"),
-              "><doc>\n"
-              ">\t<w>one two>\t\t<x/></w>\n"
-              ">\t<e>\n>\t\t<f/>\n>\t</e>\n"
-              ">\t<!-- note-- >\n"
-              "\n"
-              "></doc>");
 }
 
 TEST(XmlWriter, WriteFile) {
