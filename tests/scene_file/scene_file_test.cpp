@@ -148,15 +148,20 @@ std::vector<nlohmann::json> everyOneEdit(const nlohmann::json& file) {
 TEST_F(SceneFileTest, SceneTextNoticesEveryKindOfChange) {
     // The round trips are only as strong as the scene text they compare: a loaded copy matches exactly
     // (NaN, -0, denormals, every byte), and any change to the file that reaches the loaded scene (saving
-    // it again writes another file) must show in its text.
+    // it again writes another file) must show in its text. A change the reader refuses is said so.
     fillFullScene(doc);
     const std::string path = file("base.scene"), edited = file("edited.scene"), again = file("again.scene");
     ASSERT_TRUE(host.saveDocument(doc, path));
     const nlohmann::json base = nlohmann::json::parse(slurp(path));
     const auto load = [&](const nlohmann::json& content, std::string* text, std::string* saved) {
         spit(edited, content.dump());
-        BaseDocument* loaded = host.openDocument(edited);
-        if (!loaded) return false;
+        std::string error;
+        BaseDocument* loaded = host.openDocument(edited, &error);
+        if (!loaded) {
+            EXPECT_NE(error, "") << content.dump();
+            EXPECT_EQ(host.documents().size(), 1u);  // nothing half loaded stays
+            return false;
+        }
         *text = sceneText(loaded);
         EXPECT_TRUE(host.saveDocument(loaded, again));
         *saved = slurp(again);
@@ -166,13 +171,17 @@ TEST_F(SceneFileTest, SceneTextNoticesEveryKindOfChange) {
     std::string baseText, baseSaved, text, saved;
     ASSERT_TRUE(load(base, &baseText, &baseSaved));
     EXPECT_EQ(baseText, sceneText(doc));
-    int changed = 0;
+    int changed = 0, refused = 0;
     for (const nlohmann::json& variant : everyOneEdit(base)) {
-        if (!load(variant, &text, &saved)) continue;
+        if (!load(variant, &text, &saved)) {
+            ++refused;
+            continue;
+        }
         changed += saved != baseSaved;
         EXPECT_EQ(text != baseText, saved != baseSaved) << variant.dump();
     }
     EXPECT_GT(changed, 100);
+    EXPECT_GT(refused, 20);
 }
 
 TEST_F(SceneFileTest, UnregisteredPluginTagsPassThroughUnchanged) {
@@ -263,43 +272,6 @@ TEST_F(SceneFileTest, BadFilesLoadNothingAndSayWhereTheyFail) {
     EXPECT_NE(host.openDocument(bad, &error), nullptr) << error;
     EXPECT_EQ(host.openDocument(file("missing.scene"), &error), nullptr);
     EXPECT_NE(error.find("cannot open"), std::string::npos);
-}
-
-TEST_F(SceneFileTest, DamagedFilesNeverHarmTheHost) {
-    RandomScene(8).fill(doc, 8);
-    const std::string good = file("good.scene");
-    ASSERT_TRUE(host.saveDocument(doc, good));
-    const std::string text = slurp(good);
-    const std::string bad = file("damaged.scene");
-    std::mt19937 rng(21);
-    const char noise[] = "{}[],:\"0-9.eEtrufalsn \\x";
-    int loaded = 0;
-    for (int round = 0; round < 300; ++round) {
-        std::string damaged = text;
-        const int edits = 1 + round % 4;
-        for (int e = 0; e < edits; ++e) {
-            const std::size_t at = std::uniform_int_distribution<std::size_t>(0, damaged.size() - 1)(rng);
-            switch (round % 3) {
-            case 0:
-                damaged[at] = noise[rng() % (sizeof noise - 1)];
-                break;
-            case 1:
-                damaged.erase(at, 1 + rng() % 8);
-                break;
-            default:
-                damaged.resize(at);
-                break;
-            }
-        }
-        spit(bad, damaged);
-        std::string error;
-        if (BaseDocument* d = host.openDocument(bad, &error))
-            ++loaded, host.closeDocument(d);
-        else
-            EXPECT_FALSE(error.empty());
-        ASSERT_EQ(host.documents().size(), 1u);
-    }
-    EXPECT_LT(loaded, 300);
 }
 
 TEST_F(SceneFileTest, FailedSavesLeaveTheEarlierFile) {
