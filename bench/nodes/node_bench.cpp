@@ -1,120 +1,20 @@
 // Scene nodes at scale, through the module loaded into the embedded host:
-//  - registering many nodes in one document (the multi-document check must stay linear);
 //  - one run-loop step of a recording: 1,000 nodes three levels deep, global
 //    matrix read and written back, keys set;
 //  - a mesh of 1,000,000 triangles read and written through a snapshot,
 //    beside a plain copy of the same arrays.
 #include <benchmark/benchmark.h>
 
-#include <memory>
 #include <vector>
-#if defined(__GLIBC__)
-#include <malloc.h>
-#endif
 
-#include "adaptor/c4d_adaptor_interface.h"
 #include "core_api/csnapshot.h"
-#include "core_api/master.h"
-#include "embedded_host/runtime/embedded_host.h"
+#include "loaded_host.h"
 #include "nodes/c4d_node.h"
-#include "plugin/plugin_main.h"
 
 namespace {
 
-namespace core = tvr::plr::core;
-namespace emb = tvr::plr::embedded;
-using tvr::plr::adaptor::cinema4d::C4DAdaptorInterface;
+using namespace tvr::plr::bench;
 using tvr::plr::adaptor::cinema4d::CC4DNode;
-
-class BenchMaster : public core::CMaster {
-public:
-    BenchMaster() : CMaster(&descriptor_) {}
-    int message(int, void*) override { return 0; }
-    bool query(int, core::CoreNode*) override { return true; }
-
-private:
-    core::CMasterDescriptor descriptor_{"Bench"};
-};
-
-// The module loaded into a quiet host with one document.
-struct LoadedHost {
-    LoadedHost() : host(options()) {
-        host.loadModule(&c4d_main, "pelloran");
-        doc = host.newDocument("bench");
-        adaptor = C4DAdaptorInterface::instance();
-    }
-    ~LoadedHost() { host.shutdown(); }
-    static emb::HostOptions options() {
-        emb::HostOptions o;
-        o.crashHandlers = false;
-        return o;
-    }
-    emb::EmbeddedHost host;
-    BaseDocument* doc = nullptr;
-    C4DAdaptorInterface* adaptor = nullptr;
-    BenchMaster master;
-};
-
-// The nodes of one round are freed while the clock is stopped. The allocator keeps
-// a small heap for the next round but hands a large one back to the system, so
-// that only the large counts would make their nodes in fresh pages and pay the
-// page faults: the counts are compared on a heap kept for the next round alike.
-struct HeapKeptBetweenRounds {
-    HeapKeptBetweenRounds() { setTrimThreshold(1 << 30); }
-    ~HeapKeptBetweenRounds() { setTrimThreshold(128 * 1024); }  // the allocator's default
-    static void setTrimThreshold(int bytes) {
-#if defined(__GLIBC__)
-        mallopt(M_TRIM_THRESHOLD, bytes);
-#else
-        (void)bytes;
-#endif
-    }
-};
-
-BaseObject* addObject(BaseDocument* doc, BaseObject* parent) {
-    BaseObject* op = BaseObject::Alloc(Onull);
-    doc->InsertObject(op, parent, nullptr);
-    return op;
-}
-
-// Nodes over objects already in the document, registered one by one as the
-// core's stored state would bind them. The node count is the argument.
-void BM_RegisterNodes(benchmark::State& state) {
-    HeapKeptBetweenRounds heap;
-    LoadedHost h;
-    const auto count = static_cast<std::size_t>(state.range(0));
-    std::vector<BaseObject*> objects;
-    for (std::size_t i = 0; i < count; ++i) objects.push_back(addObject(h.doc, nullptr));
-    std::vector<CC4DNode*> nodes;
-    nodes.reserve(count);
-    for (auto _ : state) {
-        for (BaseObject* op : objects) nodes.push_back(new CC4DNode(&h.master, "n", nullptr, op, false));
-        state.PauseTiming();
-        for (auto it = nodes.rbegin(); it != nodes.rend(); ++it) delete *it;
-        nodes.clear();
-        state.ResumeTiming();
-    }
-    state.counters["per node"] =
-        benchmark::Counter(static_cast<double>(count), benchmark::Counter::kIsIterationInvariantRate |
-                                                           benchmark::Counter::kInvert);
-}
-
-// The adaptor's share alone: nodes already made are taken out of the live
-// list and registered again, multi-document check included.
-void BM_RegisterOnly(benchmark::State& state) {
-    LoadedHost h;
-    const auto count = static_cast<std::size_t>(state.range(0));
-    std::vector<CC4DNode*> nodes;
-    for (std::size_t i = 0; i < count; ++i) nodes.push_back(new CC4DNode(&h.master, "n", nullptr, addObject(h.doc, nullptr), false));
-    for (auto _ : state) {
-        state.PauseTiming();
-        h.adaptor->nodes.clear();
-        state.ResumeTiming();
-        for (CC4DNode* n : nodes) h.adaptor->registerNode(n);
-    }
-    for (auto it = nodes.rbegin(); it != nodes.rend(); ++it) delete *it;
-}
-BENCHMARK(BM_RegisterOnly)->Arg(10000)->Arg(100000)->Unit(benchmark::kMillisecond);
 
 // Ten roots, ten children each, ten grandchildren each: nodes on the 1,000
 // grandchildren, prepared for a direct recording.
@@ -234,10 +134,5 @@ void BM_PlainCopyOfReadMesh(benchmark::State& state) {
     }
 }
 BENCHMARK(BM_PlainCopyOfReadMesh)->Name("BM_GetMesh | copy")->Unit(benchmark::kMillisecond);
-
-// Registered last: setting the trim threshold turns off the allocator's
-// moving mmap threshold for the rest of the process, which would make the
-// plain copy above fault in fresh pages on every round.
-BENCHMARK(BM_RegisterNodes)->Arg(10000)->Arg(100000)->Unit(benchmark::kMillisecond);
 
 }  // namespace
