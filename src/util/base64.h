@@ -3,14 +3,42 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <memory>
+#include <new>
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace tvr::util {
 
-class ByteArray : public std::vector<std::uint8_t> {
+// Leaves elements made without a value unset: a decoder sizes its output and
+// writes every byte, so zeroing it first would be a second pass over memory.
+template <class T>
+struct UnsetAllocator : std::allocator<T> {
+    template <class U>
+    struct rebind {
+        using other = UnsetAllocator<U>;
+    };
+    UnsetAllocator() = default;
+    template <class U>
+    explicit UnsetAllocator(const UnsetAllocator<U>& /*other*/) noexcept {}
+
+    template <class U>
+    void construct(U* at) noexcept {
+        ::new (static_cast<void*>(at)) U;
+    }
+    template <class U, class... Args>
+    void construct(U* at, Args&&... args) {
+        ::new (static_cast<void*>(at)) U(std::forward<Args>(args)...);
+    }
+};
+
+// Bytes; a size given without a value (the sized constructor, resize) leaves
+// the new bytes unset for the caller to fill.
+class ByteArray : public std::vector<std::uint8_t, UnsetAllocator<std::uint8_t>> {
 public:
-    using std::vector<std::uint8_t>::vector;
+    using Base = std::vector<std::uint8_t, UnsetAllocator<std::uint8_t>>;
+    using Base::Base;
     ByteArray() = default;
     ByteArray(const void* data, std::size_t length);
     explicit ByteArray(const std::string& text) : ByteArray(text.data(), text.size()) {}
