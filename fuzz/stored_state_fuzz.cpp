@@ -14,9 +14,8 @@
 #include "adaptor/c4d_adaptor_interface.h"
 #include "core_api/core_node.h"
 #include "embedded_host/runtime/embedded_host.h"
-#include "platform/message_box.h"
-#include "platform/registry_overlay.h"
 #include "plugin/plugin_main.h"
+#include "test_support/no_installation.h"
 #include "util/log.h"
 
 namespace {
@@ -34,8 +33,8 @@ public:
             for (const auto& child : e->children()) {
                 tvr::plr::core::NodeList nodes;
                 tvr::util::ReturnValue<tvr::plr::core::NodeList> sink(&nodes);
-                tvr::plr::adaptor::cinema4d::C4DAdaptorInterface::instance()->acquireNodes(
-                    child->childText("name"), *child, &sink);
+                tvr::plr::adaptor::cinema4d::C4DAdaptorInterface::instance()->acquireNodes(child->childText("name"),
+                                                                                           *child, &sink);
                 for (tvr::plr::core::CoreNode* node : nodes)
                     if (node) node->release();
                 work.push_back(child.get());
@@ -46,16 +45,11 @@ public:
     void runLoopStep() override {}
 };
 
-// No installation and no dialogs: a text that makes the module look for a
-// core must not cost a library load and a message box on every run.
-int noBox(const char*, const char*, std::uint32_t) { return 1; }
-
 tvr::plr::embedded::EmbeddedHost& host() {
     static tvr::plr::embedded::EmbeddedHost* h = [] {
-        static auto overlay =
-            tvr::platform::RegistryOverlayPlatform::fromText(tvr::platform::platform(), "REGEDIT4\n");
-        if (overlay) tvr::platform::setPlatform(overlay.get());
-        tvr::platform::setMessageBoxSink(&noBox);
+        // No installation and no dialogs: a text that makes the module look for a
+        // core must not cost a library load and a message box on every run.
+        static tvr::plr::test::NoInstallation noInstallation;
         tvr::plr::embedded::HostOptions options;
         options.crashHandlers = false;
         auto* made = new tvr::plr::embedded::EmbeddedHost(options);

@@ -1,34 +1,26 @@
 // The entry point and start-up as the embedded host sees them: actions and
 // their results, registrations, the two hooks, the command without a core.
-#include <gtest/gtest.h>
-
 #include <cstdio>
 #include <fstream>
 #include <sstream>
 #include <string>
 #include <vector>
 
-#include "core_api/core_interface.h"
-#include "embedded_host/runtime/embedded_host.h"
 #include "embedded_host/runtime/host_context.h"
+#include "module_host.h"
 #include "plugin/module_state.h"
-#include "plugin/plugin_main.h"
 #include "test_support/recording_platform.h"
 #include "util/log.h"
 
-namespace tvr::plr::adaptor::cinema4d {
+namespace tvr::plr::adaptor::cinema4d::testing {
 namespace {
 
-namespace emb = tvr::plr::embedded;
-
-emb::HostOptions quietHost(LONG apiVersion = 11000) {
-    emb::HostOptions options;
-    options.apiVersion = apiVersion;
-    options.crashHandlers = false;
-    return options;
+Bool refuseCommand(LONG, const String&, LONG, BaseBitmap*, const String&, CommandData* data) {
+    delete data;  // a refusing host still owns the data
+    return false;
 }
 
-TEST(PluginEntryTest, StartRegistersEveryPlugInInOrderAndInstallsBothHooks) {
+TEST(PluginEntryTest, StartRegistersEveryPlugInInOrderAndInstallsBothHooksUnlessRefused) {
     emb::EmbeddedHost host(quietHost());
     C4D_HostTable& table = host.table();
     auto* hostCrash = table.crashHandler;
@@ -38,17 +30,17 @@ TEST(PluginEntryTest, StartRegistersEveryPlugInInOrderAndInstallsBothHooks) {
     std::vector<std::string> registered;
     for (const emb::JournalEntry& e : host.journal().find("Register")) registered.push_back(e.text);
     EXPECT_EQ(registered, (std::vector<std::string>{
-        "Command 1023575 'Pelloran'",
-        "SceneHook 1023578 'PLT'",
-        "Tag 1023572 'PLT Undo Reference Tag - [Do not delete]'",
-        "Message 1023569 'DoUndo message'",
-        "Message 1023570 'PLTUndoMessage'",
-    }));
+                              "Command 1023575 'Pelloran'",
+                              "SceneHook 1023578 'PLT'",
+                              "Tag 1023572 'PLT Undo Reference Tag - [Do not delete]'",
+                              "Message 1023569 'DoUndo message'",
+                              "Message 1023570 'PLTUndoMessage'",
+                          }));
 
     // The details the host keeps of each registration, and the data it calls back through.
     const emb::PluginRegistry& plugins = host.context().plugins;
-    ASSERT_EQ(std::vector<std::size_t>({plugins.commands.size(), plugins.sceneHooks.size(), plugins.tags.size(),
-                                        plugins.messages.size()}),
+    ASSERT_EQ(std::vector<std::size_t>(
+                  {plugins.commands.size(), plugins.sceneHooks.size(), plugins.tags.size(), plugins.messages.size()}),
               std::vector<std::size_t>({1, 1, 1, 2}));
     const emb::CommandPlugin& command = plugins.commands[0];
     EXPECT_EQ(std::vector<std::string>({command.icon, command.help}),
@@ -71,6 +63,18 @@ TEST(PluginEntryTest, StartRegistersEveryPlugInInOrderAndInstallsBothHooks) {
     host.shutdown();
     EXPECT_EQ(moduleState().initCount, 0);
     EXPECT_EQ(moduleState().pluginPath, nullptr);
+
+    // The crash hook goes in before anything can fail; the first refusal ends the start.
+    emb::EmbeddedHost refusing(quietHost());
+    refusing.table().registerCommandPlugin = &refuseCommand;
+    std::string error;
+    ASSERT_TRUE(refusing.loadModule(&c4d_main, "pelloran", &error));
+    EXPECT_NE(error.find("start answered 0"), std::string::npos) << error;
+    EXPECT_EQ(refusing.table().crashHandler, &PluginCrashHandler);
+    EXPECT_EQ(moduleState().previousCrashHandler, hostCrash);
+    EXPECT_EQ(refusing.table().docAddUndo, hostAddUndo);
+    EXPECT_TRUE(refusing.journal().find("Register").empty());
+    refusing.shutdown();
 }
 
 TEST(PluginEntryTest, ActionsAnswerAsTheHostExpects) {
@@ -138,33 +142,8 @@ TEST(PluginEntryTest, CrashHandlerPrintsAndChains) {
     moduleState().previousCrashHandler = nullptr;
 }
 
-Bool refuseCommand(LONG, const String&, LONG, BaseBitmap*, const String&, CommandData* data) {
-    delete data;  // a refusing host still owns the data
-    return false;
-}
-
-// The crash hook goes in before anything can fail; the first refusal ends the start.
-TEST(PluginEntryTest, StartStopsAtTheFirstRefusedRegistration) {
-    emb::EmbeddedHost host(quietHost());
-    C4D_HostTable& table = host.table();
-    auto* hostCrash = table.crashHandler;
-    auto* hostAddUndo = table.docAddUndo;
-    table.registerCommandPlugin = &refuseCommand;
-    std::string error;
-    ASSERT_TRUE(host.loadModule(&c4d_main, "pelloran", &error));
-    EXPECT_NE(error.find("start answered 0"), std::string::npos) << error;
-    EXPECT_EQ(table.crashHandler, &PluginCrashHandler);
-    EXPECT_EQ(moduleState().previousCrashHandler, hostCrash);
-    EXPECT_EQ(table.docAddUndo, hostAddUndo);
-    EXPECT_TRUE(host.journal().find("Register").empty());
-    host.shutdown();
-}
-
-struct OpenedCore : core::CoreInterface {
-    void saveState(tvr::util::xml::Element&) override {}
-    void loadState(const tvr::util::xml::Element&) override {}
+struct OpenedCore : QuietCore {
     void showMain(int mode) override { modes.push_back(mode); }
-    void runLoopStep() override {}
     std::vector<int> modes;
     int detaches = 0;
 };
@@ -200,9 +179,9 @@ TEST(PluginEntryTest, CommandOpensTheCoreOnceItIsThereAndOnlyTheLastEndReleasesI
     // Installed: loaded once, its main window opened on every run, always in mode 0.
     OpenedCore core;
     g_openedCore = &core;
-    rec.addLibrary("C:\\Prog\\X\\pelloran\\data\\core\\win\\x64\\core.dll",
-                   {{"attach", reinterpret_cast<void*>(&attachOpened)},
-                    {"detach", reinterpret_cast<void*>(&detachOpened)}});
+    rec.addLibrary(
+        "C:\\Prog\\X\\pelloran\\data\\core\\win\\x64\\core.dll",
+        {{"attach", reinterpret_cast<void*>(&attachOpened)}, {"detach", reinterpret_cast<void*>(&detachOpened)}});
     EXPECT_TRUE(host.runCommand(1023575));
     EXPECT_TRUE(host.runCommand(1023575));
     EXPECT_EQ(rec.count("LoadLibraryA"), 3u);
@@ -263,4 +242,4 @@ TEST(PluginEntryTest, AddUndoHookPassesEveryCallThrough) {
 }
 
 }  // namespace
-}  // namespace tvr::plr::adaptor::cinema4d
+}  // namespace tvr::plr::adaptor::cinema4d::testing

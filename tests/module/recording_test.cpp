@@ -1,35 +1,29 @@
 // Recording and stored state with real nodes: which masters may record when
 // their nodes lie in two documents, what a recording leaves for undo, what
 // a closing document tells the masters, and what storing writes where.
-#include <gtest/gtest.h>
-
 #include <memory>
 #include <string>
 #include <vector>
 
-#include "adaptor/c4d_adaptor_interface.h"
 #include "core_api/core_node.h"
 #include "core_api/cundo.h"
 #include "core_api/master.h"
-#include "embedded_host/runtime/embedded_host.h"
+#include "module_host.h"
 #include "nodes/c4d_node.h"
-#include "plugin/plugin_main.h"
 #include "util/log.h"
 
-namespace tvr::plr::adaptor::cinema4d {
+namespace tvr::plr::adaptor::cinema4d::testing {
 namespace {
 
-namespace emb = tvr::plr::embedded;
 using tvr::util::xml::Element;
 using tvr::util::xml::Tag;
 using tvr::util::xml::TagWithData;
 
-constexpr LONG kStored = 1023579;
-
 // Notes what it is asked; answers the query as told and stores `state`.
 class NotingMaster final : public core::CMaster {
 public:
-    NotingMaster(std::string name, std::vector<std::string>& log) : CMaster(&descriptor), descriptor{std::move(name)}, log(log) {}
+    NotingMaster(std::string name, std::vector<std::string>& log)
+        : CMaster(&descriptor), descriptor{std::move(name)}, log(log) {}
     int message(int code, void* data) override {
         log.push_back(descriptor.name + " message " + std::to_string(code));
         if (code == core::kMasterStoreState && data && !state.isEmpty()) static_cast<Element*>(data)->addChild(state);
@@ -61,18 +55,11 @@ public:
     int undone = 0;
 };
 
-class Recording : public ::testing::Test {
+class Recording : public ModuleHost {
 protected:
-    void SetUp() override {
-        emb::HostOptions options;
-        options.crashHandlers = false;
-        host = std::make_unique<emb::EmbeddedHost>(options);
-        ASSERT_TRUE(host->loadModule(&c4d_main, "pelloran"));
-        adaptor = C4DAdaptorInterface::instance();
-    }
     void TearDown() override {
         for (core::CoreNode* node : made) node->release();  // the core owns what it made
-        host->shutdown();
+        ModuleHost::TearDown();
     }
 
     NotingMaster& master(const std::string& name) {
@@ -84,10 +71,7 @@ protected:
         return made.back();
     }
     static BaseObject* objectOf(core::CoreNode* node) { return static_cast<CC4DNode*>(node)->object(); }
-    static std::string stored(core::CoreNode* node) {
-        BaseObject* op = objectOf(node);
-        return op ? op->GetDataInstance()->GetString(kStored).ToStd() : "";
-    }
+    static std::string stored(core::CoreNode* node) { return storedOn(objectOf(node)); }
 
     // The journal from `from` on, one "kind text" a line, without console lines.
     std::string journalSince(std::size_t from) const {
@@ -98,8 +82,6 @@ protected:
         return text;
     }
 
-    std::unique_ptr<emb::EmbeddedHost> host;
-    C4DAdaptorInterface* adaptor = nullptr;
     std::vector<std::string> log;
     std::vector<std::unique_ptr<NotingMaster>> masters;
     std::vector<core::CoreNode*> made;
@@ -133,8 +115,7 @@ TEST_F(Recording, MastersSplitAcrossDocumentsAreToldAndLeftOut) {
     EXPECT_TRUE(adaptor->recording);
     // Every node was prepared: the active document's objects have their tracks.
     int tracked = 0;
-    for (BaseObject* op = first->GetFirstObject(); op; op = op->GetNext())
-        tracked += op->GetFirstCTrack() != nullptr;
+    for (BaseObject* op = first->GetFirstObject(); op; op = op->GetNext()) tracked += op->GetFirstCTrack() != nullptr;
     EXPECT_EQ(tracked, 3);
     EXPECT_EQ(adaptor->stopRecording(), 0);
     EXPECT_FALSE(adaptor->recording);
@@ -193,12 +174,7 @@ TEST_F(Recording, ClosingADocumentTellsEachOfItsMastersOnce) {
     camera(only, "b");
     camera(both, "c");
     camera(only, "d");
-    struct Core final : core::CoreInterface {
-        void saveState(Element&) override {}
-        void loadState(const Element&) override {}
-        void showMain(int) override {}
-        void runLoopStep() override {}
-    } core;
+    QuietCore core;
     log.clear();
     host->closeDocument(second);  // no core attached: nobody is told
     EXPECT_TRUE(log.empty());
@@ -226,8 +202,9 @@ TEST_F(Recording, StoringWritesTheStateOnceOnTheFirstNodeAndNothingWithoutState)
     log.clear();
     adaptor->storeMasterState(&rig);
     EXPECT_EQ(log, std::vector<std::string>{"rig message 56"});
-    EXPECT_EQ(stored(first), "<PLT_tag><name>rig</name><objectname>rig_first</objectname>"
-                             "<masternode><PLT_Plugin>x</PLT_Plugin></masternode></PLT_tag>");
+    EXPECT_EQ(stored(first),
+              "<PLT_tag><name>rig</name><objectname>rig_first</objectname>"
+              "<masternode><PLT_Plugin>x</PLT_Plugin></masternode></PLT_tag>");
     EXPECT_EQ(stored(second), "<PLT_tag><name>rig</name><objectname>rig_second</objectname></PLT_tag>");
     EXPECT_EQ(stored(gone), "");
 
@@ -254,6 +231,8 @@ TEST_F(Recording, TimeRangeAndRateComeFromTheActiveDocument) {
     adaptor->refreshScene();
     EXPECT_EQ(journalSince(before), "");
     EXPECT_DOUBLE_EQ(adaptor->getTime(), 0.0);
+    EXPECT_DOUBLE_EQ(adaptor->getFrameRate(), 0.0);
+    EXPECT_DOUBLE_EQ(adaptor->getFrameDuration(), 0.0);
 
     BaseDocument* doc = host->newDocument();
     EXPECT_EQ(adaptor->getTimeRange(), (std::pair<double, double>{0.0, 3.0}));  // 90 frames at 30
@@ -309,4 +288,4 @@ TEST_F(Recording, CacheAndStopOnlyLogAndAnswer) {
 }
 
 }  // namespace
-}  // namespace tvr::plr::adaptor::cinema4d
+}  // namespace tvr::plr::adaptor::cinema4d::testing

@@ -1,34 +1,26 @@
 // The scene hook as the host drives it: what each document event prints,
 // what it asks of the core, what it leaves in the world container; and the
 // core's state carried through a saved file and back.
-#include <gtest/gtest.h>
-
 #include <cstdio>
 #include <string>
 #include <vector>
 
 #include "adaptor/adaptor_hook.h"
-#include "adaptor/c4d_adaptor_interface.h"
-#include "embedded_host/runtime/embedded_host.h"
-#include "no_installation.h"
-#include "platform/message_box.h"
-#include "plugin/plugin_main.h"
+#include "module_host.h"
 #include "test_support/message_box_records.h"
+#include "test_support/no_installation.h"
 #include "util/log.h"
 #include "util/xml/reader.h"
 
-namespace tvr::plr::adaptor::cinema4d {
+namespace tvr::plr::adaptor::cinema4d::testing {
 namespace {
 
-namespace emb = tvr::plr::embedded;
 using tvr::util::xml::Element;
 using tvr::util::xml::Tag;
 using tvr::util::xml::TagWithData;
 
-constexpr LONG kStored = 1023579;
-
 // A core that answers saveState with a fixed element and notes every call.
-class FakeCore final : public core::CoreInterface {
+class FakeCore final : public QuietCore {
 public:
     void saveState(Element& state) override {
         calls.push_back("saveState");
@@ -36,43 +28,27 @@ public:
     }
     void loadState(const Element& state) override { calls.push_back("loadState " + state.toString("", "", "")); }
     void showMain(int mode) override { calls.push_back("showMain " + std::to_string(mode)); }
-    void runLoopStep() override {}
 
     Element toSave;
     std::vector<std::string> calls;
 };
 
-class SceneHook : public ::testing::Test {
+class SceneHook : public ModuleHost {
 protected:
     // First in, last out: no installation for as long as the fixture lives.
-    tvr::plr::test::NoInstallation noInstallation;
+    tvr::plr::test::NoInstallation noInstallation{&tvr::platform::recordMessageBox};
 
     void SetUp() override {
-        emb::HostOptions options;
-        options.crashHandlers = false;
-        host = std::make_unique<emb::EmbeddedHost>(options);
-        tvr::platform::setMessageBoxSink(&tvr::platform::recordMessageBox);
-        ASSERT_TRUE(host->loadModule(&c4d_main, "pelloran"));
-        adaptor = C4DAdaptorInterface::instance();
+        ModuleHost::SetUp();
         host->world().SetString(kStored, String());
         AdaptorHook::pendingStateReload = false;
     }
     void TearDown() override {
-        adaptor->core = nullptr;  // ours, not the loader's
-        host->shutdown();
+        ModuleHost::TearDown();
         for (const std::string& f : files) std::remove(f.c_str());
-        tvr::platform::setMessageBoxSink(nullptr);
     }
 
     void attach() { adaptor->core = &core; }
-
-    // As if the application were started again: the module reloaded, no document open.
-    void restartHost() {
-        adaptor->core = nullptr;
-        host->shutdown();
-        host.reset();
-        SetUp();
-    }
 
     // The host's document event `type` for the active document.
     void sendInfo(LONG type) { ASSERT_TRUE(host->tellDocument(host->activeDocument(), type)); }
@@ -96,8 +72,6 @@ protected:
         return files.back();
     }
 
-    std::unique_ptr<emb::EmbeddedHost> host;
-    C4DAdaptorInterface* adaptor = nullptr;
     FakeCore core;
     std::vector<std::string> files;
 };
@@ -106,8 +80,7 @@ TEST_F(SceneHook, EveryEventPrintsItsNumberAndUnknownOnesSayNotHandled) {
     host->newDocument();
     attach();
     const std::size_t from = host->console().size();
-    for (LONG type : {1000, 1003, 1006, 1007, 999, 1009, 1001})
-        sendInfo(type);
+    for (LONG type : {1000, 1003, 1006, 1007, 999, 1009, 1001}) sendInfo(type);
     EXPECT_EQ(consoleSince(from),
               "1000|1003|Message not handled: 1003|1006|Message not handled: 1006|1007|Message not handled: 1007|"
               "999|Message not handled: 999|1009|Message not handled: 1009|1001|");
@@ -124,8 +97,9 @@ TEST_F(SceneHook, LeavingADocumentReloadsOnTheNextMessageOfAnyKind) {
     host->newDocument();
     attach();
     host->world().SetString(kStored, String("<samplecore slices=\"3\"/>"));
-    object("rig", "<PLT_tag><name>m</name><objectname>rig</objectname><masternode><PLT_Plugin><name>m</name>"
-                  "</PLT_Plugin><parent></parent><childindex>0</childindex></masternode></PLT_tag>");
+    object("rig",
+           "<PLT_tag><name>m</name><objectname>rig</objectname><masternode><PLT_Plugin><name>m</name>"
+           "</PLT_Plugin><parent></parent><childindex>0</childindex></masternode></PLT_tag>");
     sendInfo(1001);
     EXPECT_TRUE(core.calls.empty()) << "leaving does nothing visible itself";
     EXPECT_TRUE(AdaptorHook::pendingStateReload);
@@ -134,15 +108,13 @@ TEST_F(SceneHook, LeavingADocumentReloadsOnTheNextMessageOfAnyKind) {
     ASSERT_EQ(core.calls.size(), 2u);
     EXPECT_EQ(core.calls[0], "loadState <PLT><PLT_Plugin><name>m</name></PLT_Plugin></PLT>");
     EXPECT_EQ(core.calls[1], "loadState <samplecore slices=\"3\"/>");
-    EXPECT_EQ(host->activeDocument()->GetFirstObject()->GetDataInstance()->GetString(kStored).ToStd(), "")
-        << "handed-over state is consumed";
+    EXPECT_EQ(storedOn(host->activeDocument()->GetFirstObject()), "") << "handed-over state is consumed";
     host->advance(40);
     EXPECT_EQ(core.calls.size(), 2u) << "once only";
 }
 
 TEST_F(SceneHook, SavingStoresTheCoreStateOnlyWhileACoreIsAttached) {
     host->newDocument();
-    std::string why;
     const std::string path = file("hook_save.scene");
     ASSERT_TRUE(host->saveDocument(nullptr, path));
     EXPECT_EQ(host->world().GetString(kStored).ToStd(), "") << "no core, nothing stored";
@@ -167,7 +139,7 @@ TEST_F(SceneHook, OpeningAFileHandsItsStoredStateToTheCoreOnceThenTheWorldState)
     host->newDocument();
     const std::string plugin = "<PLT_Plugin><name>walk</name><gait>trot</gait></PLT_Plugin>";
     BaseObject* rig = object("rig", "<PLT_tag><name>walk</name><objectname>rig</objectname><masternode>" + plugin +
-                                         "<parent></parent><childindex>0</childindex></masternode></PLT_tag>");
+                                        "<parent></parent><childindex>0</childindex></masternode></PLT_tag>");
     object("leg", "<PLT_tag><name>walk</name><objectname>leg</objectname></PLT_tag>", rig);
     object("plain", "");
     std::string why;
@@ -181,21 +153,22 @@ TEST_F(SceneHook, OpeningAFileHandsItsStoredStateToTheCoreOnceThenTheWorldState)
     EXPECT_EQ(core.calls, (std::vector<std::string>{"loadState <PLT>" + plugin + "</PLT>", "loadState <samplecore/>",
                                                     "loadState <samplecore/>"}));
     for (BaseObject* op = host->activeDocument()->GetFirstObject(); op; op = op->GetNext())
-        EXPECT_EQ(op->GetDataInstance()->GetString(kStored).ToStd(), "") << "consumed";
+        EXPECT_EQ(storedOn(op), "") << "consumed";
 
     // The same file opened by a fresh host as its first document: the load
     // handling itself loads the core library again (without an installation
     // that fails, says so, and the attached core goes on), opens its main
     // window and hands it the state.
-    restartHost();
+    restart();
     attach();
     host->world().SetString(kStored, String("<samplecore/>"));
     const std::size_t boxes = tvr::platform::recordedMessageBoxes().size();
     ASSERT_NE(host->openDocument(path, &why), nullptr) << why;
     EXPECT_EQ(tvr::platform::recordedMessageBoxes().size(), boxes + 2);
     EXPECT_EQ(core.calls.size(), 6u);
-    EXPECT_EQ(std::vector<std::string>(core.calls.begin() + 3, core.calls.end()),
-              (std::vector<std::string>{"showMain 0", "loadState <PLT>" + plugin + "</PLT>", "loadState <samplecore/>"}));
+    EXPECT_EQ(
+        std::vector<std::string>(core.calls.begin() + 3, core.calls.end()),
+        (std::vector<std::string>{"showMain 0", "loadState <PLT>" + plugin + "</PLT>", "loadState <samplecore/>"}));
 }
 
 TEST_F(SceneHook, OpeningAFileWithoutStoredStateOnlyHandsOverTheWorldState) {
@@ -204,7 +177,7 @@ TEST_F(SceneHook, OpeningAFileWithoutStoredStateOnlyHandsOverTheWorldState) {
     std::string why;
     const std::string path = file("hook_plain.scene");
     ASSERT_TRUE(host->saveDocument(nullptr, path));
-    restartHost();
+    restart();
     attach();
     host->world().SetString(kStored, String("<samplecore/>"));
     const std::size_t boxes = tvr::platform::recordedMessageBoxes().size();
@@ -227,4 +200,4 @@ TEST_F(SceneHook, WorldStateWithoutACoreThatLoadsIsNotHandedToAnyone) {
 }
 
 }  // namespace
-}  // namespace tvr::plr::adaptor::cinema4d
+}  // namespace tvr::plr::adaptor::cinema4d::testing

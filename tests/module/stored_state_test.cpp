@@ -2,8 +2,6 @@
 // nodes' objects, the document is saved, the user changes it, the module is
 // reloaded and the file opened; the core gets back the tree it stored and its
 // nodes bound to the objects that are still there.
-#include <gtest/gtest.h>
-
 #include <algorithm>
 #include <cstdio>
 #include <functional>
@@ -14,26 +12,21 @@
 #include <string>
 #include <vector>
 
-#include "adaptor/c4d_adaptor_interface.h"
 #include "core_api/core_node.h"
 #include "core_api/master.h"
-#include "embedded_host/runtime/embedded_host.h"
+#include "module_host.h"
 #include "nodes/c4d_node.h"
-#include "no_installation.h"
-#include "plugin/plugin_main.h"
 #include "state/compressed_state.h"
+#include "test_support/no_installation.h"
 #include "util/base64.h"
 #include "util/log.h"
 
-namespace tvr::plr::adaptor::cinema4d {
+namespace tvr::plr::adaptor::cinema4d::testing {
 namespace {
 
-namespace emb = tvr::plr::embedded;
 using tvr::util::xml::Element;
 using tvr::util::xml::Tag;
 using tvr::util::xml::TagWithData;
-
-constexpr LONG kStored = 1023579;
 
 struct ToolPlan {
     std::string name;
@@ -61,10 +54,9 @@ public:
 };
 
 // Takes the state tree and binds every master's nodes while it is handed over.
-class TestCore final : public core::CoreInterface {
+class TestCore final : public QuietCore {
 public:
     explicit TestCore(core::AdaptorInterface* adaptor) : adaptor(adaptor) {}
-    void saveState(Element&) override {}
     void loadState(const Element& state) override {
         if (state.name() != "PLT") return;
         received = state;
@@ -82,8 +74,6 @@ public:
             }
         }
     }
-    void showMain(int) override {}
-    void runLoopStep() override {}
 
     core::AdaptorInterface* adaptor;
     Element received;
@@ -107,7 +97,8 @@ Element masterNodeOf(const std::vector<ToolPlan>& tools, const ToolPlan& tool) {
     const Element plugin = pluginOf(tool);
     if (tool.compressed) {
         const std::string text = plugin.toString("", "", "");
-        const state::Bytes packed = state::compress(reinterpret_cast<const std::uint8_t*>(text.c_str()), text.size() + 1);
+        const state::Bytes packed =
+            state::compress(reinterpret_cast<const std::uint8_t*>(text.c_str()), text.size() + 1);
         Tag compressed("PLT_Plugin");
         compressed.setAttribute("compressed", "1");
         compressed.addChild(tvr::util::xml::Text(tvr::util::Base64::encode(packed.data(), packed.size())));
@@ -120,31 +111,16 @@ Element masterNodeOf(const std::vector<ToolPlan>& tools, const ToolPlan& tool) {
     return std::move(masterNode);
 }
 
-class StoredState : public ::testing::Test {
+class StoredState : public ModuleHost {
 protected:
     // First in, last out: no installation for as long as the fixture lives.
     tvr::plr::test::NoInstallation noInstallation;
 
-    void SetUp() override { start(); }
     void TearDown() override {
-        stop();
+        ModuleHost::TearDown();
         std::remove(path.c_str());
     }
-    void start() {
-        emb::HostOptions options;
-        options.crashHandlers = false;
-        host = std::make_unique<emb::EmbeddedHost>(options);
-        ASSERT_TRUE(host->loadModule(&c4d_main, "pelloran"));
-        adaptor = C4DAdaptorInterface::instance();
-    }
-    void stop() {
-        if (adaptor) adaptor->core = nullptr;
-        if (host) host->shutdown();
-        host.reset();
-    }
 
-    std::unique_ptr<emb::EmbeddedHost> host;
-    C4DAdaptorInterface* adaptor = nullptr;
     // One file a test: ctest runs the fixture's tests side by side.
     const std::string path =
         ::testing::TempDir() + ::testing::UnitTest::GetInstance()->current_test_info()->name() + ".scene";
@@ -223,14 +199,13 @@ TEST_F(StoredState, RandomScenesSurviveSaveCloseAndOpenWithTheUsersChanges) {
         adaptor->core = &saver;
         ASSERT_TRUE(host->saveDocument(nullptr, path));
         std::size_t carrying = 0;
-        for (BaseObject* op : objectsInOrder(doc)) carrying += !op->GetDataInstance()->GetString(kStored).ToStd().empty();
+        for (BaseObject* op : objectsInOrder(doc)) carrying += !storedOn(op).empty();
         EXPECT_EQ(carrying, 0u);
 
         // The module and the host start again; the file is the first document.
         for (core::CoreNode* node : made) node->release();  // the core lets go of what it made
         made.clear();
-        stop();
-        start();
+        restart();
         TestCore core(adaptor);
         adaptor->core = &core;
         ASSERT_NE(host->openDocument(path), nullptr);
@@ -254,14 +229,17 @@ TEST_F(StoredState, RandomScenesSurviveSaveCloseAndOpenWithTheUsersChanges) {
             std::vector<int> kids;
             for (std::size_t k = 0; k < tools.size(); ++k)
                 if (tools[k].parent == i && present.count(int(k))) kids.push_back(int(k));
-            std::sort(kids.begin(), kids.end(), [&](int a, int b) { return tools[std::size_t(a)].place < tools[std::size_t(b)].place; });
+            std::sort(kids.begin(), kids.end(),
+                      [&](int a, int b) { return tools[std::size_t(a)].place < tools[std::size_t(b)].place; });
             for (int k : kids) e.addChild(build(k));
             return e;
         };
         Tag expected("PLT");
         for (int i : met)
-            if (tools[std::size_t(i)].parent < 0 || !present.count(tools[std::size_t(i)].parent)) expected.addChild(build(i));
-        EXPECT_EQ(core.received, expected) << core.received.toString("\n", " ", "") << "\n" << expected.toString("\n", " ", "");
+            if (tools[std::size_t(i)].parent < 0 || !present.count(tools[std::size_t(i)].parent))
+                expected.addChild(build(i));
+        EXPECT_EQ(core.received, expected) << core.received.toString("\n", " ", "") << "\n"
+                                           << expected.toString("\n", " ", "");
 
         // Every saved node whose object is still there is bound to it.
         for (int i : met) {
@@ -280,7 +258,7 @@ TEST_F(StoredState, RandomScenesSurviveSaveCloseAndOpenWithTheUsersChanges) {
         }
         // What was handed over is consumed; nothing else carries state.
         for (BaseObject* op : objectsInOrder(host->activeDocument()))
-            EXPECT_EQ(op->GetDataInstance()->GetString(kStored).ToStd(), "") << op->GetName().ToStd();
+            EXPECT_EQ(storedOn(op), "") << op->GetName().ToStd();
         adaptor->core = nullptr;
         host->closeDocument();
     }
@@ -307,8 +285,8 @@ TEST_F(StoredState, LoadingWhileANodeLivesLeavesItsObjectToTheDocumentSearch) {
     adaptor->core = &core;
     adaptor->loadState();
     EXPECT_EQ(core.received, Tag("PLT")) << core.received.toString("", "", "");
-    EXPECT_EQ(releasedObject->GetDataInstance()->GetString(kStored).ToStd(), "");
-    EXPECT_NE(static_cast<CC4DNode*>(live)->object()->GetDataInstance()->GetString(kStored).ToStd(), "");
+    EXPECT_EQ(storedOn(releasedObject), "");
+    EXPECT_NE(storedOn(static_cast<CC4DNode*>(live)->object()), "");
 
     core::NodeList bound;
     tvr::util::ReturnValue<core::NodeList> sink(&bound);
@@ -336,13 +314,10 @@ TEST_F(StoredState, SavingClearsTheTextsOfTheSavedDocumentAlone) {
     TestCore saver(adaptor);
     adaptor->core = &saver;
     ASSERT_TRUE(host->saveDocument(nullptr, path));
-    const auto text = [](core::CoreNode* node) {
-        return static_cast<CC4DNode*>(node)->object()->GetDataInstance()->GetString(kStored).ToStd();
-    };
-    EXPECT_NE(text(made[0]), "");
-    EXPECT_EQ(text(made[1]), "");
+    EXPECT_NE(storedOn(static_cast<CC4DNode*>(made[0])->object()), "");
+    EXPECT_EQ(storedOn(static_cast<CC4DNode*>(made[1])->object()), "");
     for (core::CoreNode* node : made) node->release();
 }
 
 }  // namespace
-}  // namespace tvr::plr::adaptor::cinema4d
+}  // namespace tvr::plr::adaptor::cinema4d::testing

@@ -62,17 +62,6 @@ TEST_F(NodeTest, CreatedCamerasAreNamedInsertedRecordedAndFound) {
     EXPECT_EQ(twin->reacquire(&master, "third"), nullptr);
 }
 
-TEST_F(NodeTest, CreatingACameraInsideAHostUndoGroupIsTakenBackByUndo) {
-    doc->StartUndo();
-    CC4DNode* cam = camera("cam");
-    doc->EndUndo();
-    EXPECT_EQ(childNames(nullptr), (std::vector<std::string>{"Tool_cam"}));
-    ASSERT_TRUE(host.undo());
-    EXPECT_TRUE(childNames(nullptr).empty());
-    ASSERT_TRUE(host.redo());
-    EXPECT_EQ(cam->object()->GetDocument(), doc);
-}
-
 TEST_F(NodeTest, AcquiredParentsAndChildrenAreLinkingNodesTheCoreGivesBack) {
     CC4DNode* rig = camera("rig");
     CC4DNode* a = camera("a", rig);
@@ -111,7 +100,9 @@ TEST_F(NodeTest, AcquiredParentsAndChildrenAreLinkingNodesTheCoreGivesBack) {
     EXPECT_EQ(liveNodes().size(), 2u);
 }
 
-TEST_F(NodeTest, SelectReplacesTheSelectionExceptDuringAGroupSelection) {
+// A group selection adds to the selection and brackets itself for undo
+// unless the caller's bracket is open.
+TEST_F(NodeTest, SelectReplacesTheSelectionExceptDuringAGroupSelectionWhichBracketsItself) {
     CC4DNode* a = camera("a");
     CC4DNode* b = camera("b");
     CC4DNode* c = camera("c");
@@ -121,20 +112,38 @@ TEST_F(NodeTest, SelectReplacesTheSelectionExceptDuringAGroupSelection) {
     EXPECT_FALSE(selected(a));
     EXPECT_TRUE(selected(b));
 
+    host.journal().clear();
     EXPECT_EQ(a->executeExtension(CC4DNode::kGroupSelect, nullptr), 0);  // none begun
+    ASSERT_FALSE(adaptor->isAcceptingUndo());
     EXPECT_EQ(a->executeExtension(CC4DNode::kBeginGroupSelect, nullptr), 1);
-    EXPECT_EQ(b->executeExtension(CC4DNode::kBeginGroupSelect, nullptr), 0);  // already begun
+    EXPECT_TRUE(adaptor->isAcceptingUndo());
+    EXPECT_EQ(b->executeExtension(CC4DNode::kBeginGroupSelect, nullptr), 0);  // keeps the first bracket
     a->select();
     c->select();
     EXPECT_TRUE(selected(a));
     EXPECT_TRUE(selected(b));
     EXPECT_TRUE(selected(c));
     EXPECT_EQ(c->executeExtension(CC4DNode::kGroupSelect, nullptr), 1);
+    EXPECT_FALSE(adaptor->isAcceptingUndo());
+    EXPECT_EQ(journal("StartUndo").size(), 1u);
+    EXPECT_EQ(journal("EndUndo").size(), 1u);
     EXPECT_EQ(c->executeExtension(CC4DNode::kGroupSelect, nullptr), 0);
     a->select();
     EXPECT_TRUE(selected(a));
     EXPECT_FALSE(selected(b));
     EXPECT_FALSE(selected(c));
+
+    // Inside the caller's bracket the group joins it and leaves it open.
+    host.journal().clear();
+    adaptor->beginUndo("outer");
+    a->executeExtension(CC4DNode::kBeginGroupSelect, nullptr);
+    b->select();
+    a->executeExtension(CC4DNode::kGroupSelect, nullptr);
+    EXPECT_TRUE(adaptor->isAcceptingUndo());
+    EXPECT_TRUE(journal("EndUndo").empty());
+    EXPECT_EQ(adaptor->acceptUndo(), 0);
+    EXPECT_EQ(journal("StartUndo").size(), 1u);
+    EXPECT_EQ(journal("EndUndo").size(), 1u);
 }
 
 TEST_F(NodeTest, ReparentingKeepsTheWorldPlacementAndRecordsTheMove) {
@@ -338,7 +347,7 @@ TEST_F(NodeTest, NodesWhoseObjectIsGoneGiveNeutralAnswers) {
     EXPECT_FALSE(gone->isSameNode(rig));
     EXPECT_EQ(gone->deleteNode(true), 1);  // stays registered
     EXPECT_EQ(liveNodes().size(), 3u);
-    EXPECT_EQ(gone->select(), 0);          // selects nothing
+    EXPECT_EQ(gone->select(), 0);  // selects nothing
     EXPECT_EQ(host.dump(doc), scene);
     EXPECT_TRUE(journal("AddUndo").empty());
 
@@ -370,34 +379,6 @@ TEST_F(NodeTest, AMasterNodeMeetingAMasterlessNodeOfAnotherDocumentWarnsToo) {
     EXPECT_TRUE(host.dialogs().empty());
     camera("mastered");
     EXPECT_EQ(host.dialogs().size(), 1u);
-}
-
-// Group selection opens its own undo bracket only when none is open.
-TEST_F(NodeTest, GroupSelectionBracketsItselfOnlyWhenNoBracketIsOpen) {
-    CC4DNode* a = camera("a");
-    CC4DNode* b = camera("b");
-    host.journal().clear();
-    ASSERT_FALSE(adaptor->isAcceptingUndo());
-    EXPECT_EQ(a->executeExtension(CC4DNode::kBeginGroupSelect, nullptr), 1);
-    EXPECT_TRUE(adaptor->isAcceptingUndo());
-    EXPECT_EQ(b->executeExtension(CC4DNode::kBeginGroupSelect, nullptr), 0);  // keeps the first bracket
-    a->select();
-    b->select();
-    EXPECT_EQ(b->executeExtension(CC4DNode::kGroupSelect, nullptr), 1);
-    EXPECT_FALSE(adaptor->isAcceptingUndo());
-    EXPECT_EQ(journal("StartUndo").size(), 1u);
-    EXPECT_EQ(journal("EndUndo").size(), 1u);
-
-    // Inside the caller's bracket the group joins it and leaves it open.
-    adaptor->beginUndo("outer");
-    a->executeExtension(CC4DNode::kBeginGroupSelect, nullptr);
-    b->select();
-    a->executeExtension(CC4DNode::kGroupSelect, nullptr);
-    EXPECT_TRUE(adaptor->isAcceptingUndo());
-    EXPECT_EQ(journal("EndUndo").size(), 1u);
-    EXPECT_EQ(adaptor->acceptUndo(), 0);
-    EXPECT_EQ(journal("StartUndo").size(), 2u);
-    EXPECT_EQ(journal("EndUndo").size(), 2u);
 }
 
 }  // namespace

@@ -13,6 +13,7 @@
 
 #include "adaptor/c4d_adaptor_interface.h"
 #include "core_api/cundo.h"
+#include "core_api/master.h"
 #include "embedded_host/runtime/embedded_host.h"
 #include "embedded_host/runtime/host_context.h"
 #include "plugin/plugin_main.h"
@@ -92,10 +93,30 @@ private:
     std::vector<std::unique_ptr<DataStep>> steps_;
 };
 
+// A tool of the core: the nodes it makes are named "Tool_<label>".
+class ToolMaster : public core::CMaster {
+public:
+    ToolMaster() : CMaster(&kDescriptor) {}
+    int message(int, void*) override { return 0; }
+    bool query(int, core::CoreNode*) override { return true; }
+    static inline const core::CMasterDescriptor kDescriptor{"Tool"};
+};
+
 inline emb::HostOptions quietHost() {
     emb::HostOptions options;
     options.crashHandlers = false;
     return options;
+}
+
+// Runs event-loop cycles until nothing is pending: the tag has posted and the
+// message has been handled. False when the loop does not come to rest.
+inline bool settle(emb::EmbeddedHost& host) {
+    emb::HostContext& c = host.context();
+    for (int i = 0; i < 20; ++i) {
+        if (c.specialEvents.empty() && !c.eventPending) return true;
+        host.runCycle();
+    }
+    return false;
 }
 
 class UndoTest : public ::testing::Test {
@@ -111,16 +132,7 @@ protected:
         core.reset();
     }
 
-    // Runs event-loop cycles until nothing is pending: the tag has posted and
-    // the message has been handled.
-    void settle() {
-        emb::HostContext& c = host.context();
-        for (int i = 0; i < 20; ++i) {
-            if (c.specialEvents.empty() && !c.eventPending) return;
-            host.runCycle();
-        }
-        ADD_FAILURE() << "the event loop does not come to rest";
-    }
+    void settle() { EXPECT_TRUE(testing::settle(host)) << "the event loop does not come to rest"; }
     void userUndo() {
         host.undo();
         settle();
@@ -155,6 +167,7 @@ protected:
     BaseDocument* doc = nullptr;
     C4DAdaptorInterface* adaptorImpl = nullptr;
     std::unique_ptr<StandInCore> core;
+    ToolMaster master;
 };
 
 }  // namespace tvr::plr::adaptor::cinema4d::testing

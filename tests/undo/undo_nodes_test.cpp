@@ -3,20 +3,12 @@
 // restore steps keep the adaptor's live nodes and the core's peers in step.
 #include "undo_fixture.h"
 
-#include "core_api/master.h"
 #include "core_api/node_peer.h"
+#include "embedded_host/scene/link_impl.h"
 #include "nodes/c4d_node.h"
 
 namespace tvr::plr::adaptor::cinema4d::testing {
 namespace {
-
-class Master : public core::CMaster {
-public:
-    Master() : CMaster(&kDescriptor) {}
-    int message(int, void*) override { return 0; }
-    bool query(int, core::CoreNode*) override { return true; }
-    static inline const core::CMasterDescriptor kDescriptor{"Tool"};
-};
 
 class Peer : public core::CNodePeer {
 public:
@@ -54,7 +46,6 @@ private:
 // adaptor: while that step is replayed it may neither change the scene nor
 // add to the list it is replayed from, although the group stands open.
 TEST_F(UndoTest, AStepReplayedByTheCoresOwnUndoNeitherRenamesNorAddsSteps) {
-    Master master;
     adaptorImpl->beginUndo("make");
     core::CoreNode* camera = adaptorImpl->createCamera(&master, "cam", nullptr, nullptr);
     ASSERT_NE(camera, nullptr);
@@ -76,7 +67,6 @@ TEST_F(UndoTest, AStepReplayedByTheCoresOwnUndoNeitherRenamesNorAddsSteps) {
 // object to a node of another tool): the user's undo and redo move the object
 // and touch no freed node, and the dropped step frees nothing twice.
 TEST_F(UndoTest, ANodeTheCoreReleasedIsForgottenByTheStepsThatNameIt) {
-    Master master;
     adaptorImpl->beginUndo("make");
     core::CoreNode* camera = adaptorImpl->createCamera(&master, "cam", nullptr, nullptr);
     adaptorImpl->acceptUndo();
@@ -101,8 +91,7 @@ TEST_F(UndoTest, ANodeTheCoreReleasedIsForgottenByTheStepsThatNameIt) {
     EXPECT_EQ(core->data.names, (std::set<std::string>{"b"}));
 }
 
-TEST_F(UndoTest, ACreatedCameraLeavesWithTheUsersUndoAndComesBackWithRedo) {
-    Master master;
+TEST_F(UndoTest, ACreatedAndThenDeletedNodeFollowsTheUsersUndoAndRedo) {
     Peer peer;
     adaptorImpl->beginUndo("make");
     core::CoreNode* camera = adaptorImpl->createCamera(&master, "cam", nullptr, &peer);
@@ -124,46 +113,47 @@ TEST_F(UndoTest, ACreatedCameraLeavesWithTheUsersUndoAndComesBackWithRedo) {
     EXPECT_EQ(peer.events, "returns leaves returns ");
     EXPECT_EQ(host.dump(doc), made);
 
-    // Undone, then dropped by a new step: the step takes the node with it.
-    userUndo();
-    core->group("other", {"b"});
-    EXPECT_FALSE(registered(adaptorImpl, camera));
-    EXPECT_FALSE(host.redo());
-}
-
-TEST_F(UndoTest, ADeletedNodeComesBackWithItsObjectAndGoesAgainWithRedo) {
-    Master master;
-    Peer peer;
-    adaptorImpl->beginUndo("make");
-    core::CoreNode* camera = adaptorImpl->createCamera(&master, "cam", nullptr, &peer);
-    adaptorImpl->acceptUndo();
-    BaseObject* object = asC4DNode(camera)->object();
-    const std::string before = host.dump(doc);
-
+    // Deleted: it comes back with its object on undo and goes again on redo.
     adaptorImpl->beginUndo("delete");
     EXPECT_EQ(camera->deleteNode(true), 0);
     adaptorImpl->acceptUndo();
     EXPECT_FALSE(registered(adaptorImpl, camera));
-    EXPECT_EQ(peer.events, "returns leaves ");
-
+    EXPECT_EQ(peer.events, "returns leaves returns leaves ");
     userUndo();
     EXPECT_EQ(object->GetDocument(), doc);
     EXPECT_TRUE(registered(adaptorImpl, camera));
     EXPECT_EQ(adaptorImpl->findNode(&master, camera->getName()), camera);
-    EXPECT_EQ(peer.events, "returns leaves returns ");
-    EXPECT_EQ(host.dump(doc), before);
+    EXPECT_EQ(peer.events, "returns leaves returns leaves returns ");
+    EXPECT_EQ(host.dump(doc), made);
     userRedo();
     EXPECT_EQ(object->GetDocument(), nullptr);
     EXPECT_FALSE(registered(adaptorImpl, camera));
-    EXPECT_EQ(peer.events, "returns leaves returns leaves ");
+    EXPECT_EQ(peer.events, "returns leaves returns leaves returns leaves ");
     // The deletion is in force when the module ends: the step frees the object
     // and the node, leaving nothing behind for the host to clean up.
     host.shutdown();
-    for (const std::string& line : host.console()) EXPECT_EQ(line.find("nodes left by modules"), std::string::npos) << line;
+    for (const std::string& line : host.console())
+        EXPECT_EQ(line.find("nodes left by modules"), std::string::npos) << line;
+}
+
+// A new step ends the redo branch at once: each undone creation step goes
+// and takes its node, which gives the host back the node's object link.
+TEST_F(UndoTest, ANewStepFreesTheUndoneCreationsAndTheirNodesAtOnce) {
+    adaptorImpl->beginUndo("make");
+    core::CoreNode* first = adaptorImpl->createCamera(&master, "first", nullptr, nullptr);
+    core::CoreNode* second = adaptorImpl->createCamera(&master, "second", nullptr, nullptr);
+    adaptorImpl->acceptUndo();
+    ASSERT_TRUE(first && second);
+    BaseLink* const links[] = {asC4DNode(first)->link(), asC4DNode(second)->link()};
+    userUndo();
+    EXPECT_FALSE(registered(adaptorImpl, first) || registered(adaptorImpl, second));
+    for (BaseLink* link : links) EXPECT_NE(emb::linkOf(link), nullptr) << "kept for redo";
+    core->group("other", {"b"});
+    for (BaseLink* link : links) EXPECT_EQ(emb::linkOf(link), nullptr) << "freed";
+    EXPECT_FALSE(host.redo());
 }
 
 TEST_F(UndoTest, NodeStepsOutsideAGroupAreRefusedAndReleased) {
-    Master master;
     core::CoreNode* camera = adaptorImpl->createCamera(&master, "loose", nullptr, nullptr);
     ASSERT_NE(camera, nullptr);
     EXPECT_TRUE(registered(adaptorImpl, camera));

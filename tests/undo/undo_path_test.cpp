@@ -15,7 +15,8 @@ std::string journalOf(emb::EmbeddedHost& host, std::size_t from, std::initialize
     const auto& entries = host.journal().entries();
     for (std::size_t i = from; i < entries.size(); ++i)
         for (const char* k : kinds)
-            if (entries[i].kind == k) out << entries[i].kind << (entries[i].text.empty() ? "" : " ") << entries[i].text << "\n";
+            if (entries[i].kind == k)
+                out << entries[i].kind << (entries[i].text.empty() ? "" : " ") << entries[i].text << "\n";
     return out.str();
 }
 
@@ -154,14 +155,8 @@ TEST_F(UndoTest, EachDocumentKeepsItsOwnStepsAndAMessageWaitsForItsDocument) {
     EXPECT_EQ(core->data.names, (std::set<std::string>{"a1", "b1"}));
 }
 
-TEST_F(UndoTest, TheCoresOwnUndoGoesThroughTheHostAlsoInsideAnOpenGroup) {
+TEST_F(UndoTest, TheCoresOwnUndoInsideAnOpenGroupTakesBackOnlyItsLastRecord) {
     core->group("one", {"a"});
-    EXPECT_TRUE(adaptorImpl->undo());
-    settle();
-    EXPECT_EQ(core->data, CoreData());
-    userRedo();
-    EXPECT_EQ(core->data.names, (std::set<std::string>{"a"}));
-
     // Inside a group only the group's last record is taken back; the user's
     // own undo waits until the group is closed.
     adaptorImpl->beginUndo("open");

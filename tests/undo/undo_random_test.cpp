@@ -14,7 +14,6 @@
 #include <sstream>
 
 #include "core_api/csnapshot.h"
-#include "core_api/master.h"
 #include "nodes/c4d_node.h"
 #include "undo/set_time_restore_obj.h"
 
@@ -34,13 +33,20 @@ struct Action {
 
 std::string describe(const Action& a) {
     switch (a.kind) {
-    case Kind::Group: return "group " + a.shape;
-    case Kind::Cancel: return "cancelled group " + a.shape;
-    case Kind::UserEdit: return "user edit";
-    case Kind::UserUndo: return "user undo x" + std::to_string(a.count);
-    case Kind::UserRedo: return "user redo x" + std::to_string(a.count);
-    case Kind::CoreUndo: return "core undo";
-    case Kind::Switch: return "switch to document " + std::to_string(a.count);
+    case Kind::Group:
+        return "group " + a.shape;
+    case Kind::Cancel:
+        return "cancelled group " + a.shape;
+    case Kind::UserEdit:
+        return "user edit";
+    case Kind::UserUndo:
+        return "user undo x" + std::to_string(a.count);
+    case Kind::UserRedo:
+        return "user redo x" + std::to_string(a.count);
+    case Kind::CoreUndo:
+        return "core undo";
+    case Kind::Switch:
+        return "switch to document " + std::to_string(a.count);
     }
     return "?";
 }
@@ -83,7 +89,8 @@ public:
             std::string error = apply(actions[i]);
             if (error.empty()) error = editError_;
             if (error.empty()) error = check();
-            if (!error.empty()) return "after action " + std::to_string(i + 1) + " (" + describe(actions[i]) + "): " + error;
+            if (!error.empty())
+                return "after action " + std::to_string(i + 1) + " (" + describe(actions[i]) + "): " + error;
         }
         return "";
     }
@@ -91,14 +98,7 @@ public:
 private:
     DocumentModel& active() { return docs_[activeIndex_]; }
 
-    bool settle() {
-        emb::HostContext& c = host_.context();
-        for (int i = 0; i < 20; ++i) {
-            if (c.specialEvents.empty() && !c.eventPending) return true;
-            host_.runCycle();
-        }
-        return false;
-    }
+    bool settle() { return testing::settle(host_); }
 
     // A camera's name and placement are the core's own business: renames and
     // moves record no host undo, so the user's undo keeps them, except where a
@@ -184,7 +184,8 @@ private:
                         node->setName(label);
                     else
                         node->executeExtension(32, &label);
-                    if (node->getName() != label) editError_ = "a rename to " + label + " reads back " + node->getName();
+                    if (node->getName() != label)
+                        editError_ = "a rename to " + label + " reads back " + node->getName();
                 }
             } else if (c == 't') {
                 recorded = true;
@@ -212,13 +213,20 @@ private:
     std::string apply(const Action& a) {
         DocumentModel& m = active();
         switch (a.kind) {
-        case Kind::Group: {
+        case Kind::Group:
+        case Kind::Cancel: {
             CoreData part = m.done.back().part;
             const bool recorded = runShape(a.shape, part);
-            // Once a group has been cancelled every close undoes the group, which
-            // the host keeps to redo: its state is the one before the close.
+            // A cancel undoes the group, and once a group has been cancelled
+            // every close does: the host keeps it to redo, its state the one
+            // before the close.
             const Snapshot closing = snapshot(m, part);
-            adaptor_->acceptUndo();
+            if (a.kind == Kind::Cancel) {
+                adaptor_->cancelUndo();
+                cancelled_ = true;
+            } else {
+                adaptor_->acceptUndo();
+            }
             if (!settle()) return "the event loop does not rest";
             if (!recorded) return "";
             if (cancelled_) {
@@ -228,15 +236,6 @@ private:
                 m.undone.clear();
             }
             return "";
-        }
-        case Kind::Cancel: {
-            CoreData part = m.done.back().part;
-            const bool recorded = runShape(a.shape, part);
-            const Snapshot closing = snapshot(m, part);
-            adaptor_->cancelUndo();
-            cancelled_ = true;
-            if (recorded) m.undone.assign(1, closing);
-            return settle() ? "" : "the event loop does not rest";
         }
         case Kind::UserEdit: {
             m.doc->StartUndo();
@@ -315,18 +314,14 @@ private:
             const std::string now = dump(docs_[i].doc);
             if (now != s.dump) return "document " + std::to_string(i) + " is\n" + now + "expected\n" + s.dump;
         }
-        if (!(data_ == expected)) return "core data " + testing::describe(data_) + ", expected " + testing::describe(expected);
+        if (!(data_ == expected))
+            return "core data " + testing::describe(data_) + ", expected " + testing::describe(expected);
         return "";
     }
 
     emb::EmbeddedHost host_;
     C4DAdaptorInterface* adaptor_ = nullptr;
-    struct Tool : core::CMaster {
-        Tool() : CMaster(&kDescriptor) {}
-        int message(int, void*) override { return 0; }
-        bool query(int, core::CoreNode*) override { return true; }
-        static inline const core::CMasterDescriptor kDescriptor{"Tool"};
-    } master_;
+    ToolMaster master_;
     std::vector<DocumentModel> docs_;
     std::size_t activeIndex_ = 0;
     CoreData data_;
