@@ -2,12 +2,14 @@
 // tree can be written, and writes into room reserved ahead, so that a piece
 // costs a copy and not an append.
 #include <algorithm>
+#include <array>
 #include <cstdint>
 #include <cstring>
 #include <fstream>
 #include <memory>
 #include <vector>
 
+#include "util/byte_order.h"
 #include "util/xml/block_pool.h"
 #include "util/xml/char_class.h"
 #include "util/xml/element.h"
@@ -19,15 +21,53 @@ namespace {
 // The longest form of one byte: "&#255;".
 constexpr std::size_t kMaxEscapedByte = 6;
 
-// True when all eight bytes of `x` are plain. Each test finds, in every byte
-// at once, whether some byte is below 32, above 126, '&' or '<'.
-inline bool plainBits(std::uint64_t x) {
+// The character reference of every byte value, padded to eight places so
+// that one copy writes it, and its length.
+struct References {
+    std::array<std::array<char, 8>, 256> text{};
+    std::array<std::uint8_t, 256> length{};
+    constexpr References() {
+        for (unsigned v = 0; v < 256; ++v) {
+            auto& t = text[v];
+            std::size_t n = 0;
+            t[n++] = '&';
+            t[n++] = '#';
+            if (v >= 100) t[n++] = static_cast<char>('0' + v / 100);
+            if (v >= 10) t[n++] = static_cast<char>('0' + v / 10 % 10);
+            t[n++] = static_cast<char>('0' + v % 10);
+            t[n++] = ';';
+            length[v] = static_cast<std::uint8_t>(n);
+        }
+    }
+};
+constexpr References kReferences;
+
+// The high bit of every byte of `x` that is not plain: below 32, above 126,
+// '&' or '<'. Each test looks at all eight bytes at once. A borrow or carry
+// can mark a plain byte above one that is not, so only the lowest mark, and
+// no mark at all, can be trusted.
+inline std::uint64_t nonPlainBits(std::uint64_t x) {
     constexpr std::uint64_t kOnes = 0x0101010101010101u;
     constexpr std::uint64_t kHigh = 0x8080808080808080u;
     const auto hasZero = [](std::uint64_t v) { return (v - kOnes) & ~v & kHigh; };
     const std::uint64_t below32 = (x - kOnes * 32) & ~x & kHigh;
     const std::uint64_t above126 = ((x + kOnes) | x) & kHigh;
-    return (below32 | above126 | hasZero(x ^ (kOnes * '&')) | hasZero(x ^ (kOnes * '<'))) == 0;
+    return below32 | above126 | hasZero(x ^ (kOnes * '&')) | hasZero(x ^ (kOnes * '<'));
+}
+
+inline bool plainBits(std::uint64_t x) { return nonPlainBits(x) == 0; }
+
+// Where the first byte that is not plain stands among the eight at `s`, whose
+// marks are `bad` (not zero).
+inline std::size_t firstNonPlain(const char* s, std::uint64_t bad) {
+#if defined(__GNUC__) || defined(__clang__)
+    if (kLittleEndianHost) return static_cast<std::size_t>(__builtin_ctzll(bad)) / 8;
+#else
+    (void)bad;
+#endif
+    std::size_t k = 0;
+    while (isPlain(static_cast<unsigned char>(s[k]))) ++k;
+    return k;
 }
 
 // The same for the eight bytes at `s`.
@@ -150,15 +190,22 @@ public:
         cursor_ += n;
     }
     void put(const std::string& s) { put(s.data(), s.size()); }
-    void escaped(const std::string& s) { escaped(s.data(), s.size()); }
+    bool escaped(const std::string& s) { return escaped(s.data(), s.size()); }
     // In pieces, so that a long text never asks for six times its size at once.
-    void escaped(const char* s, std::size_t n) {
+    // Answers true when the text needed no reference.
+    bool escaped(const char* s, std::size_t n) {
+        if (n <= kEscapePiece) {
+            char* const p = room(n * kMaxEscapedByte + kReferencePadding);
+            cursor_ = writeEscaped(p, s, n);
+            return static_cast<std::size_t>(cursor_ - p) == n;
+        }
         while (n > 0) {
-            const std::size_t piece = std::min<std::size_t>(n, 1 << 16);
-            advanceTo(writeEscaped(room(piece * kMaxEscapedByte), s, piece));
+            const std::size_t piece = std::min(n, kEscapePiece);
+            advanceTo(writeEscaped(room(piece * kMaxEscapedByte + kReferencePadding), s, piece));
             s += piece;
             n -= piece;
         }
+        return false;
     }
 
     // Writes the escaped form of s[0, n) at p and answers the end.
@@ -171,29 +218,35 @@ public:
         // Where the current run of plain bytes began: all of it is copied
         // as it is, ending at p.
         const char* run = s;
-        // Plain bytes are copied as they are checked, a word at a time.
         while (s != end) {
-            while (end - s >= 8 && plainWord(s)) {
+            if (end - s >= 8) {
+                // Eight bytes checked and copied at once; a byte that is not
+                // plain is then written over by its reference.
+                std::uint64_t x;
+                std::memcpy(&x, s, 8);
+                const std::uint64_t bad = nonPlainBits(x);
                 std::memcpy(p, s, 8);
-                p += 8;
-                s += 8;
-            }
-            // A short tail of a long plain run: its last eight bytes checked and
-            // copied at once, overlapping bytes already written the same.
-            if (end - s < 8 && end - run >= 8 && plainWord(end - 8)) {
+                if (bad == 0) {
+                    p += 8;
+                    s += 8;
+                    continue;
+                }
+                const std::size_t k = firstNonPlain(s, bad);
+                p += k;
+                s += k;
+            } else if (end - run >= 8 && plainWord(end - 8)) {
+                // A short tail of a long plain run: its last eight bytes checked
+                // and copied at once, overlapping bytes already written the same.
                 std::memcpy(p - (s - (end - 8)), end - 8, 8);
                 p += end - s;
                 break;
+            } else {
+                while (s != end && isPlain(static_cast<unsigned char>(*s))) *p++ = *s++;
+                if (s == end) break;
             }
-            while (s != end && isPlain(static_cast<unsigned char>(*s))) *p++ = *s++;
-            if (s == end) break;
-            const unsigned value = static_cast<unsigned char>(*s);
-            *p++ = '&';
-            *p++ = '#';
-            if (value >= 100) *p++ = static_cast<char>('0' + value / 100);
-            if (value >= 10) *p++ = static_cast<char>('0' + value / 10 % 10);
-            *p++ = static_cast<char>('0' + value % 10);
-            *p++ = ';';
+            const auto value = static_cast<unsigned char>(*s);
+            std::memcpy(p, kReferences.text[value].data(), 8);
+            p += kReferences.length[value];
             run = ++s;
         }
         return p;
@@ -221,6 +274,9 @@ private:
     }
 
     static constexpr std::size_t kLargestPiece = std::size_t{4} << 20;
+    static constexpr std::size_t kEscapePiece = std::size_t{1} << 16;
+    // A reference is copied as eight bytes, up to two past its end.
+    static constexpr std::size_t kReferencePadding = 2;
 
     std::string& out_;
     char local_[2048];
@@ -331,6 +387,7 @@ void Element::appendTo(std::string& text, const std::string& newline, const std:
         std::size_t next;
         std::size_t prefixLen;
         bool textOnly;
+        bool plainName;  // written as it is, so the end tag can copy it unchecked
     };
     std::vector<Frame> stack;
     // Every level's prefix is a leading part of this string.
@@ -340,7 +397,7 @@ void Element::appendTo(std::string& text, const std::string& newline, const std:
     auto open = [&](const Element& e, std::size_t prefixLen) {
         out.put(prefixes.data(), prefixLen);
         out.put('<');
-        out.escaped(e.name_);
+        const bool plainName = out.escaped(e.name_);
         if (!e.attributes_.empty()) putAttributes(out, e.attributes_);
         if (e.children_.empty()) {
             out.put("/>", 2);
@@ -349,7 +406,7 @@ void Element::appendTo(std::string& text, const std::string& newline, const std:
         out.put('>');
         const bool textOnly = e.children_.front()->kind_ == kText;
         if (!textOnly) out.put(newline);
-        stack.push_back({&e, 0, prefixLen, textOnly});
+        stack.push_back({&e, 0, prefixLen, textOnly, plainName});
     };
 
     open(*this, prefix.size());
@@ -377,7 +434,10 @@ void Element::appendTo(std::string& text, const std::string& newline, const std:
         } else {
             if (!top.textOnly) out.put(prefixes.data(), top.prefixLen);
             out.put("</", 2);
-            out.escaped(top.element->name_);
+            if (top.plainName)
+                out.put(top.element->name_);
+            else
+                out.escaped(top.element->name_);
             out.put('>');
             stack.pop_back();
             if (!stack.empty() && !stack.back().textOnly) out.put(newline);
