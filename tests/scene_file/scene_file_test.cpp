@@ -184,19 +184,22 @@ TEST_F(SceneFileTest, SceneTextNoticesEveryKindOfChange) {
     EXPECT_GT(refused, 20);
 }
 
-TEST_F(SceneFileTest, UnregisteredPluginTagsPassThroughUnchanged) {
+TEST_F(SceneFileTest, UnregisteredPluginTagsPassThroughUnchangedAndShowInTheTree) {
     const std::string path = file("foreign.scene");
     const char* foreign = R"({"type": 1099999, "name": "Foreign", "private": {"state": [1, 2.5, "x"], "more": null},
                            "data": {"id": 0, "entries": [[1, "weird", {"deep": true}]]}})";
     spit(path, std::string(R"({"format": "embedded-host-scene", "version": 1, "document": {},
-    "objects": [{"type": 5140, "name": "holder", "tags": [)") +
+    "objects": [{"type": 5140, "name": "holder", "children": [{"type": 5103, "name": "cam"}],
+                 "tracks": [{"id": [[903, 23, 0]], "keys": []}], "tags": [)") +
                    foreign + R"(, {"type": 1029001}]}]})");
     std::string error;
     BaseDocument* loaded = host.openDocument(path, &error);
     ASSERT_NE(loaded, nullptr) << error;
     // The registered one is a real plug-in tag.
     EXPECT_NE(loaded->GetFirstObject()->GetTag(1029001)->GetNodeData(), nullptr);
-    EXPECT_NE(host.tree(loaded).find("holder [5140] tags: 1099999 'Foreign' 1029001"), std::string::npos)
+    // The tree shows the hierarchy, each object's type, its tags and how many tracks it has.
+    EXPECT_NE(host.tree(loaded).find("  holder [5140] tags: 1099999 'Foreign' 1029001 tracks: 1\n    cam [5103]\n"),
+              std::string::npos)
         << host.tree(loaded);
     // Through a clone (as undo makes) and a save, the record stays what it was.
     BaseObject* clone = loaded->GetFirstObject()->GetClone(0, nullptr);
