@@ -286,28 +286,23 @@ TEST(StateDocument, ChildrenFollowTheirOwnStateOrderedByPlaceAndLongChainsCostNo
 
 // ---- The searches, compared with plain ones written as stated.
 
-std::vector<std::size_t> plainFirstOfEachName(std::vector<std::string> names) {
-    std::vector<std::size_t> index(names.size());
-    for (std::size_t i = 0; i < index.size(); ++i) index[i] = i;
-    for (std::size_t i = 0; i < names.size(); ++i)
-        for (std::size_t j = names.size() - 1; j > i; --j)
-            if (names[j] == names[i]) {
-                names.erase(names.begin() + std::ptrdiff_t(j));
-                index.erase(index.begin() + std::ptrdiff_t(j));
-            }
-    return index;
+// Each name's first place, in order.
+std::vector<std::size_t> plainFirstOfEachName(const std::vector<std::string>& names) {
+    std::vector<std::size_t> out;
+    for (std::size_t i = 0; i < names.size(); ++i) {
+        const auto here = names.begin() + std::ptrdiff_t(i);
+        if (std::find(names.begin(), here, names[i]) == here) out.push_back(i);
+    }
+    return out;
 }
 
+// Each parent's first place among the names; none for no parent.
 std::vector<std::ptrdiff_t> plainParents(const std::vector<std::string>& names,
                                          const std::vector<std::string>& parents) {
     std::vector<std::ptrdiff_t> out(parents.size(), kNone);
-    for (std::size_t j = parents.size(); j-- > 0;) {
-        if (parents[j].empty()) continue;
-        for (std::size_t i = 0; i < names.size(); ++i)
-            if (names[i] == parents[j]) {
-                out[j] = std::ptrdiff_t(i);
-                break;
-            }
+    for (std::size_t j = 0; j < parents.size(); ++j) {
+        const auto at = std::find(names.begin(), names.end(), parents[j]);
+        if (!parents[j].empty() && at != names.end()) out[j] = at - names.begin();
     }
     return out;
 }
