@@ -15,7 +15,8 @@ std::size_t occurrences(const std::string& text, const std::string& what) {
     return n;
 }
 
-constexpr const char* kDuplicate = "CRITICAL): \tDEBUG WARNING: Detected duplicated undo groups. Possible undo group mismatch\n";
+constexpr const char* kDuplicate =
+    "CRITICAL): \tDEBUG WARNING: Detected duplicated undo groups. Possible undo group mismatch\n";
 constexpr const char* kHigh = "CRITICAL): \tDEBUG WARNING: Detected unusual high undo level.\n";
 
 TEST_F(UndoTest, NestedGroupsMakeOneHostGroupAndMismatchesAreOnlyReported) {
@@ -88,8 +89,8 @@ TEST_F(UndoTest, CancelUndoesTheGroupAndTheFlagStaysSetForEveryLaterClose) {
     core->group("kept", {"a"});
     adaptorImpl->beginUndo("cancelled");
     core->edit(1, "b");
-    std::size_t mark = tvr::util::Log::contents().size();
-    std::size_t ends = host.journal().count("EndUndo");
+    const std::size_t mark = tvr::util::Log::contents().size();
+    const std::size_t ends = host.journal().count("EndUndo");
     EXPECT_EQ(adaptorImpl->cancelUndo(), 0);
     EXPECT_NE(logSince(mark).find("NOTICE): \tCancel undo\n"), std::string::npos);
     EXPECT_NE(logSince(mark).find("NOTICE): \t\tAccept undo\n"), std::string::npos);
@@ -97,19 +98,10 @@ TEST_F(UndoTest, CancelUndoesTheGroupAndTheFlagStaysSetForEveryLaterClose) {
     EXPECT_EQ(host.journal().find("DoUndo").back().text, "multiple");
     settle();
     EXPECT_EQ(core->data.names, (std::set<std::string>{"a"}));
-    // The host keeps the cancelled group as something to redo.
-    userRedo();
-    EXPECT_EQ(core->data.names, (std::set<std::string>{"a", "b"}));
-    userUndo();
 
-    // A later, ordinary group is undone at its close as well.
-    core->group("later", {"c"});
-    settle();
-    EXPECT_EQ(host.journal().count("EndUndo"), ends);
-    EXPECT_EQ(core->data.names, (std::set<std::string>{"a"}));
-
-    // Nested: the inner close undoes the whole host group, and the outer
-    // close, finding no group open, takes back the entry before it.
+    // Every later close undoes its group too (plain groups are left to the
+    // random sequences). Nested: the inner close undoes the whole host group,
+    // and the outer close, finding no group open, takes back the entry before it.
     adaptorImpl->beginUndo("outer");
     core->edit(1, "x");
     adaptorImpl->beginUndo("inner");
@@ -117,6 +109,7 @@ TEST_F(UndoTest, CancelUndoesTheGroupAndTheFlagStaysSetForEveryLaterClose) {
     EXPECT_EQ(adaptorImpl->acceptUndo(), 0);
     EXPECT_EQ(adaptorImpl->acceptUndo(), 0);
     settle();
+    EXPECT_EQ(host.journal().count("EndUndo"), ends);
     EXPECT_EQ(core->data, CoreData());
     userRedo();
     EXPECT_EQ(core->data.names, (std::set<std::string>{"a"}));
