@@ -7,6 +7,7 @@
 #include <functional>
 #include <map>
 #include <memory>
+#include <numeric>
 #include <random>
 #include <set>
 #include <string>
@@ -172,24 +173,25 @@ TEST_F(StoredState, RandomScenesSurviveSaveCloseAndOpenWithTheUsersChanges) {
             }
         }
         std::vector<std::size_t> order(tools.size());
-        for (std::size_t i = 0; i < order.size(); ++i) order[i] = i;
+        std::iota(order.begin(), order.end(), std::size_t(0));
         std::shuffle(order.begin(), order.end(), rng);
         for (std::size_t i : order) adaptor->storeMasterState(masters[i].get());
         for (const auto& m : masters) EXPECT_EQ(m->messages, std::vector<int>{core::kMasterStoreState});
 
         // The user moves, renames and deletes objects; a deleted first node
-        // takes its tool's own state with it.
-        std::set<std::string> deleted;
+        // takes its tool's own state with it. Moves go under the first
+        // object while it lives (it is never read once freed).
         std::vector<BaseObject*> all = objectsInOrder(doc);
+        bool firstGone = false;
         for (BaseObject* op : all) {
             const std::string name = op->GetName().ToStd();
             const unsigned dice = rng() % 10;
             if (dice == 0) {
-                deleted.insert(name);
+                firstGone |= op == all.front();
                 BaseObject::Free(op);
             } else if (dice == 1) {
                 op->SetName(String(name + " renamed"));
-            } else if (dice == 2 && op != all.front() && !deleted.count(all.front()->GetName().ToStd())) {
+            } else if (dice == 2 && op != all.front() && !firstGone) {
                 op->Remove();
                 doc->InsertObject(op, all.front(), nullptr);
             }
