@@ -16,6 +16,7 @@
 #include "embedded_host/scene/host_node.h"
 #include "nodes/c4d_node.h"
 #include "plugin/plugin_main.h"
+#include "test_support/host_fixture.h"
 #include "util/log.h"
 
 namespace tvr::plr::adaptor::cinema4d::testing {
@@ -48,15 +49,9 @@ public:
     std::vector<std::pair<std::string, core::CoreNode*>> events;
 };
 
-inline emb::HostOptions quietHost() {
-    emb::HostOptions options;
-    options.crashHandlers = false;
-    return options;
-}
-
 class NodeTest : public ::testing::Test {
 protected:
-    NodeTest() : host(quietHost()) {
+    NodeTest() : host(emb::testing::quietOptions()) {
         EXPECT_TRUE(host.loadModule(&c4d_main, "pelloran"));
         doc = host.newDocument("scene");
         adaptor = C4DAdaptorInterface::instance();

@@ -17,6 +17,7 @@
 #include "embedded_host/runtime/embedded_host.h"
 #include "embedded_host/runtime/host_context.h"
 #include "plugin/plugin_main.h"
+#include "test_support/host_fixture.h"
 #include "undo/c4d_undo_manager.h"
 #include "undo/undo_ids.h"
 #include "util/log.h"
@@ -102,12 +103,6 @@ public:
     static inline const core::CMasterDescriptor kDescriptor{"Tool"};
 };
 
-inline emb::HostOptions quietHost() {
-    emb::HostOptions options;
-    options.crashHandlers = false;
-    return options;
-}
-
 // Runs event-loop cycles until nothing is pending: the tag has posted and the
 // message has been handled. False when the loop does not come to rest.
 inline bool settle(emb::EmbeddedHost& host) {
@@ -121,7 +116,7 @@ inline bool settle(emb::EmbeddedHost& host) {
 
 class UndoTest : public ::testing::Test {
 protected:
-    UndoTest() : host(quietHost()) {
+    UndoTest() : host(emb::testing::quietOptions()) {
         EXPECT_TRUE(host.loadModule(&c4d_main, "pelloran"));
         doc = host.newDocument("scene");
         adaptorImpl = C4DAdaptorInterface::instance();

@@ -68,7 +68,7 @@ constexpr std::size_t kMaxDocuments = 3;
 // One sequence played against a fresh host with the module loaded.
 class Player {
 public:
-    Player() : host_(quietHost()) {
+    Player() : host_(emb::testing::quietOptions()) {
         host_.loadModule(&c4d_main, "pelloran");
         tvr::util::Log::instance()->setLevel(tvr::util::Log::Error);  // keeps the run lean
         adaptor_ = C4DAdaptorInterface::instance();
