@@ -84,7 +84,8 @@ TEST_F(UndoTest, OpenGroupUndoRedoBranchAndJournal) {
     ASSERT_TRUE(host.undo());
 
     doc->StartUndo();
-    doc->StartUndo();  // nested pairs count as one group
+    EXPECT_FALSE(host.redo());  // not while a group is open
+    doc->StartUndo();           // nested pairs count as one group
     doc->AddUndo(UNDO_CHANGE_SMALL, a);
     a->SetName("one");
     doc->EndUndo();

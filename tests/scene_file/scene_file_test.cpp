@@ -232,6 +232,7 @@ TEST_F(SceneFileTest, BadFilesLoadNothingAndSayWhereTheyFail) {
         {R"({"format": "other", "version": 1, "document": {}})", "format: not the expected kind"},
         {R"({"format": "embedded-host-scene", "version": 2, "document": {}})",
          "version 2 is newer than this host reads (1)"},
+        {R"({"format": "embedded-host-scene", "version": 0, "document": {}})", "version 0 does not exist"},
         {R"({"format": "embedded-host-scene", "version": 1})", "missing member \"document\""},
         {R"({"format": "embedded-host-scene", "version": 1, "document": {"fps": 0}})", "document.fps: frame rate"},
         {R"({"format": "embedded-host-scene", "version": 1, "document": {"time": [1]}})",
