@@ -5,6 +5,7 @@
 
 #include "core_api/node_peer.h"
 #include "embedded_host/scene/link_impl.h"
+#include "embedded_host/scene/node_registry.h"
 #include "nodes/c4d_node.h"
 
 namespace tvr::plr::adaptor::cinema4d::testing {
@@ -159,8 +160,10 @@ TEST_F(UndoTest, NodeStepsOutsideAGroupAreRefusedAndReleased) {
     EXPECT_TRUE(registered(adaptorImpl, camera));
     EXPECT_FALSE(C4DUndoManager::instance()->hasDocumentContainer(doc) &&
                  !C4DUndoManager::instance()->getDocumentContainer(doc)->steps.empty());
+    BaseObject* const object = asC4DNode(camera)->object();
     EXPECT_EQ(camera->deleteNode(true), 0);
     EXPECT_EQ(containerObject(), nullptr);
+    EXPECT_EQ(emb::nodeRegistry()->fromPointer(object), nullptr) << "no undo group holds it, so it is freed";
 }
 
 }  // namespace
