@@ -145,4 +145,10 @@ TEST(XmlWriter, LargeTextsWrittenOneAfterAnotherComeOutWhole) {
     std::string after = "head";
     root.appendTo(after, "\n", "\t", "");
     EXPECT_EQ(after, "head" + want);
+
+    // A text that is all references, as long as one piece of the writer: its
+    // room is made to measure, and the last reference's copy must stay inside.
+    std::string refs;
+    for (int n = 0; n < 1 << 16; ++n) refs += "&#255;";
+    EXPECT_EQ(escape(std::string(std::size_t{1} << 16, '\xff')), refs);
 }
